@@ -1,0 +1,175 @@
+// Throughput of the move rules on real games: ReadSan, PlayMove and TestMove, moves per second.
+//
+// Usage: velmora-bench-rules [FILE.pgn...]   (default: every .pgn of ../shared/data)
+//
+// The games' main lines are pulled out of the PGN text by a crude scanner that is good enough
+// for benchmark input (tags, comments, variations, glyphs, numbers and results are skipped).
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/MoveRules.h"
+#include "core/Position.h"
+#include "core/San.h"
+#include "game/MoveTree.h"
+
+namespace {
+
+using velmora::Position;
+using Clock = std::chrono::steady_clock;
+
+struct PlayedMove {
+    int from, to, promotion;
+};
+
+// Splits PGN text into games, each a list of main-line SAN tokens.
+std::vector<std::vector<std::string>> ScanGames(const std::string& text) {
+    std::vector<std::vector<std::string>> games(1);
+    std::size_t i = 0;
+    int depth = 0;
+    bool lineStart = true;
+    while (i < text.size()) {
+        char c = text[i];
+        if (lineStart && c == '[') {
+            if (!games.back().empty()) games.emplace_back();
+            while (i < text.size() && text[i] != '\n')
+                ++i;
+            continue;
+        }
+        lineStart = c == '\n';
+        if (c == '{') {
+            while (i < text.size() && text[i] != '}')
+                ++i;
+            ++i;
+        } else if (c == ';') {
+            while (i < text.size() && text[i] != '\n')
+                ++i;
+        } else if (c == '(') {
+            ++depth, ++i;
+        } else if (c == ')') {
+            --depth, ++i;
+        } else if (c == ' ' || c == '\n' || c == '\r' || c == '\t') {
+            ++i;
+        } else {
+            std::size_t start = i;
+            while (i < text.size() && !std::strchr(" \r\n\t(){};", text[i]))
+                ++i;
+            std::string token = text.substr(start, i - start);
+            std::size_t skip = token.find_first_not_of("0123456789.");
+            if (depth > 0 || token[0] == '$' || token == "*" || token == "1-0" || token == "0-1" ||
+                token == "1/2-1/2" || skip == std::string::npos) {
+                continue;
+            }
+            games.back().push_back(token.substr(skip));
+        }
+    }
+    return games;
+}
+
+double Seconds(Clock::time_point since) {
+    return std::chrono::duration<double>(Clock::now() - since).count();
+}
+
+void Report(const char* what, long long count, double seconds) {
+    std::printf("%-34s %12lld in %7.3f s  = %10.0f /s\n", what, count, seconds, count / seconds);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::filesystem::path> files;
+    for (int i = 1; i < argc; ++i)
+        files.emplace_back(argv[i]);
+    if (files.empty()) {
+        std::filesystem::path data = std::filesystem::path(VELMORA_SOURCE_DIR) / "../shared/data";
+        for (const auto& entry : std::filesystem::directory_iterator(data)) {
+            if (entry.path().extension() == ".pgn") files.push_back(entry.path());
+        }
+    }
+    std::vector<std::vector<std::string>> games;
+    for (const auto& file : files) {
+        std::ifstream in(file, std::ios::binary);
+        std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        for (auto& game : ScanGames(text)) {
+            if (!game.empty()) games.push_back(std::move(game));
+        }
+    }
+
+    // ReadSan: every main-line move read onto a growing tree.
+    std::vector<std::vector<PlayedMove>> played(games.size());
+    long long sanMoves = 0;
+    long long stopped = 0;
+    auto start = Clock::now();
+    for (std::size_t g = 0; g < games.size(); ++g) {
+        auto root = std::make_unique<Position>();
+        Position* current = root.get();
+        for (const std::string& san : games[g]) {
+            Position* next = velmora::ReadSan(current, san.c_str());
+            if (next == nullptr) {  // a broken or variant game: stop at its bad move
+                ++stopped;
+                if (std::getenv("VELMORA_BENCH_VERBOSE")) {
+                    std::fprintf(stderr, "game %zu: cannot read %s\n", g + 1, san.c_str());
+                }
+                break;
+            }
+            const velmora::MoveNode* node = next->ArrivalNode();
+            played[g].push_back({node->from, node->to, node->promotion});
+            current = next;
+            ++sanMoves;
+        }
+    }
+    double sanSeconds = Seconds(start);
+
+    // PlayMove: the same moves by squares, each tested and hung into a fresh tree.
+    long long playMoves = 0;
+    start = Clock::now();
+    for (const auto& moves : played) {
+        auto root = std::make_unique<Position>();
+        Position* current = root.get();
+        for (const PlayedMove& m : moves) {
+            current = current->PlayMove(m.from, m.to, nullptr, m.promotion, nullptr);
+            ++playMoves;
+        }
+    }
+    double playSeconds = Seconds(start);
+
+    // TestMove: every from/to pair of the side to move in every 8th position, as a move
+    // generator built on the rules would ask.
+    long long tests = 0;
+    long long legal = 0;
+    start = Clock::now();
+    for (const auto& moves : played) {
+        auto root = std::make_unique<Position>();
+        Position* current = root.get();
+        for (std::size_t k = 0; k < moves.size(); ++k) {
+            if (k % 8 == 0) {
+                for (int from = 0; from < 64; ++from) {
+                    velmora::PieceCode code = current->board[from];
+                    if (code == 0 || velmora::ColourOf(code) != current->sideToMove) continue;
+                    for (int to = 0; to < 64; ++to) {
+                        legal += velmora::TestMove(*current, from, to, nullptr);
+                        ++tests;
+                    }
+                }
+            }
+            current =
+                current->PlayMove(moves[k].from, moves[k].to, nullptr, moves[k].promotion, nullptr);
+        }
+    }
+    double testSeconds = Seconds(start);
+
+    std::printf("%zu games, %lld main-line moves, %lld games stopped at a move not read\n",
+                games.size(), sanMoves, stopped);
+    Report("ReadSan (moves)", sanMoves, sanSeconds);
+    Report("PlayMove (moves)", playMoves, playSeconds);
+    Report("TestMove (from/to pairs)", tests, testSeconds);
+    std::printf("(%lld of the tested pairs legal)\n", legal);
+    return 0;
+}

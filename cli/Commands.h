@@ -1,0 +1,25 @@
+// The subcommands of velmora-pgn, each a function over its arguments and two text streams.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace velmora::cli {
+
+using Arguments = std::vector<std::u16string>;
+
+// Exit codes shared by every subcommand.
+constexpr int kExitOk = 0;
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+
+// Writes UTF-16 text to a byte stream as UTF-8.
+void Print(std::ostream& stream, std::u16string_view text);
+
+// velmora-pgn play [--from "POSITION TEXT"] SAN...: plays the moves and prints each with the
+// position text after it. args holds the words after "play".
+int RunPlay(const Arguments& args, std::ostream& out, std::ostream& err);
+extern const char kPlayUsage[];
+
+}  // namespace velmora::cli

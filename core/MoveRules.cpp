@@ -1,0 +1,302 @@
+// Move rules: geometry, attacks, legality and playing a move into the tree.
+#include "core/MoveRules.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "core/Position.h"
+#include "game/MoveTree.h"
+
+namespace velmora {
+
+namespace {
+
+PromotionChooser promotionChooser = nullptr;
+
+constexpr Square kA1 = 0, kC1 = 2, kD1 = 3, kE1 = 4, kF1 = 5, kG1 = 6, kH1 = 7;
+constexpr Square kA8 = 56, kC8 = 58, kD8 = 59, kE8 = 60, kF8 = 61, kG8 = 62, kH8 = 63;
+constexpr PieceCode kWhitePawn = kPawn, kBlackPawn = kBlack + kPawn;
+constexpr PieceCode kWhiteKing = kKing, kBlackKing = kBlack + kKing;
+
+// Walks from from towards to by step (8-bit arithmetic) and answers 1 when every square
+// strictly between is empty. A walk that leaves the board answers 0.
+int RayClearOn(const PieceCode* board, Square from, Square to, int step) {
+    Square s = static_cast<Square>(from + step);
+    for (;;) {
+        if (s == to) return 1;
+        if (s > 63 || board[s] != 0) return 0;
+        s = static_cast<Square>(s + step);
+    }
+}
+
+int RookMovesOn(const PieceCode* board, Square from, Square to) {
+    if (RankOf(from) == RankOf(to)) {
+        return RayClearOn(board, from, to, FileOf(to) < FileOf(from) ? -1 : 1);
+    }
+    if (FileOf(from) == FileOf(to)) {
+        return RayClearOn(board, from, to, RankOf(to) > RankOf(from) ? 8 : -8);
+    }
+    return 0;
+}
+
+int BishopMovesOn(const PieceCode* board, Square from, Square to) {
+    int df = std::abs(FileOf(to) - FileOf(from));
+    int dr = RankOf(to) - RankOf(from);
+    if (df != std::abs(dr)) return 0;
+    int step;
+    if (FileOf(from) >= FileOf(to)) {
+        step = dr > 0 ? 7 : -9;
+    } else {
+        step = RankOf(from) >= RankOf(to) ? -7 : 9;
+    }
+    return RayClearOn(board, from, to, step);
+}
+
+// Geometry of the piece on from, as PieceMoves describes it, on a bare board.
+int PieceMovesOn(const PieceCode* board, Square from, Square to) {
+    PieceCode code = board[from];
+    int type = TypeOf(code);
+    int df = std::abs(FileOf(to) - FileOf(from));
+    int dr = RankOf(to) - RankOf(from);
+    switch (type) {
+        case kPawn: {
+            bool white = ColourOf(code) == kWhite;
+            if (df == 1) return board[to] != 0 && dr == (white ? 1 : -1);
+            if (df != 0 || board[to] != 0) return 0;
+            // The square passed over by a double step is not looked at: kept that way.
+            if (white) return dr == 1 || (RankOf(from) == 1 && dr == 2);
+            return dr == -1 || (RankOf(from) == 6 && dr == -2);
+        }
+        case kRook:
+            return RookMovesOn(board, from, to);
+        case kKnight:
+            return (df == 2 && std::abs(dr) == 1) || (df == 1 && std::abs(dr) == 2);
+        case kBishop:
+            return BishopMovesOn(board, from, to);
+        case kQueen:
+            // A queen moves as a rook of its colour or, failing that, as a bishop. The square
+            // itself is never rewritten, so it always holds the queen afterwards.
+            return RookMovesOn(board, from, to) || BishopMovesOn(board, from, to);
+        case kKing:
+            return df < 2 && std::abs(dr) < 2;
+        default:
+            return 1;  // an empty square "moves" anywhere; callers pick their from squares
+    }
+}
+
+int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
+    if (square == -1) {
+        PieceCode king = static_cast<PieceCode>(colour + kKing);
+        const void* found = std::memchr(board, king, 64);
+        if (!found) return 0;
+        square = static_cast<int>(static_cast<const PieceCode*>(found) - board);
+    }
+    Square target = static_cast<Square>(square);
+    if (target > 63) return 0;
+    for (int s = 0; s < 64; ++s) {
+        PieceCode code = board[s];
+        if (code != 0 && ColourOf(code) != colour &&
+            PieceMovesOn(board, static_cast<Square>(s), target)) {
+            return 1;
+        }
+    }
+    return 0;
+}
+
+// Decides castling for a king on its home square moving two files. Returns -1 when the move
+// is not a castling whose flag and empty squares allow it (ordinary geometry then decides),
+// else 1 or 0. Only the flag and the empty squares are looked at, never the rook itself.
+int CastlingVerdict(const Position& p, PieceCode code, Square from, Square to) {
+    const PieceCode* b = p.board;
+    if (code == kWhiteKing && from == kE1) {
+        if (to == kG1 && !b[kF1] && !b[kG1] && p.castleWhiteKing) {
+            return !IsAttackedOn(b, kWhite, -1) && !IsAttackedOn(b, kWhite, kF1);
+        }
+        if (to == kC1 && !b[1] && !b[kC1] && !b[kD1] && p.castleWhiteQueen) {
+            return !IsAttackedOn(b, kWhite, -1) && !IsAttackedOn(b, kWhite, kD1);
+        }
+    } else if (code == kBlackKing && from == kE8) {
+        if (to == kG8 && !b[kF8] && !b[kG8] && p.castleBlackKing) {
+            return !IsAttackedOn(b, kBlack, -1) && !IsAttackedOn(b, kBlack, kF8);
+        }
+        if (to == kC8 && !b[57] && !b[kC8] && !b[kD8] && p.castleBlackQueen) {
+            return !IsAttackedOn(b, kBlack, -1) && !IsAttackedOn(b, kBlack, kD8);
+        }
+    }
+    return -1;
+}
+
+// Clears the castle flags that the square a piece left gives up. A rook taken on its home
+// square leaves the flag set (kept that way).
+void ClearCastleFlags(Position& p, Square left) {
+    switch (left) {
+        case kE1:
+            p.castleWhiteKing = p.castleWhiteQueen = 0;
+            break;
+        case kH1:
+            p.castleWhiteKing = 0;
+            break;
+        case kA1:
+            p.castleWhiteQueen = 0;
+            break;
+        case kE8:
+            p.castleBlackKing = p.castleBlackQueen = 0;
+            break;
+        case kH8:
+            p.castleBlackKing = 0;
+            break;
+        case kA8:
+            p.castleBlackQueen = 0;
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+int PieceMoves(const Position& position, Square from, Square to) {
+    if (from > 63 || to > 63) return 0;
+    return PieceMovesOn(position.board, from, to);
+}
+
+int RayClear(const Position& position, Square from, Square to, int step) {
+    return RayClearOn(position.board, from, to, step);
+}
+
+int IsAttacked(const Position& position, Colour colour, int square) {
+    return IsAttackedOn(position.board, colour, square);
+}
+
+MoveEffects ApplyMoveToBoard(PieceCode* board, Square from, Square to, Square enPassant) {
+    MoveEffects effects;
+    PieceCode code = board[from];
+    if (board[to] != 0) {
+        effects.captured = true;
+        effects.capturedCode = board[to];
+    } else if (TypeOf(code) == kPawn && to == enPassant) {
+        effects.enPassantCapture = true;
+        effects.capturedCode = board[to];
+        board[FileOf(to) + 8 * RankOf(from)] = 0;
+    } else if (code == kWhiteKing && from == kE1 && (to == kG1 || to == kC1)) {
+        Square rookFrom = to == kG1 ? kH1 : kA1;
+        board[to == kG1 ? kF1 : kD1] = board[rookFrom];
+        board[rookFrom] = 0;
+        effects.castlingKind = to == kG1 ? 1 : 2;
+    } else if (code == kBlackKing && from == kE8 && (to == kG8 || to == kC8)) {
+        Square rookFrom = to == kG8 ? kH8 : kA8;
+        board[to == kG8 ? kF8 : kD8] = board[rookFrom];
+        board[rookFrom] = 0;
+        effects.castlingKind = to == kG8 ? 1 : 2;
+    } else if (code == kWhitePawn && RankOf(from) == 1 && RankOf(to) == 3) {
+        effects.newEnPassant = static_cast<Square>(FileOf(to) + 16);
+    } else if (code == kBlackPawn && RankOf(from) == 6 && RankOf(to) == 4) {
+        effects.newEnPassant = static_cast<Square>(FileOf(to) + 40);
+    }
+    board[to] = code;
+    board[from] = 0;
+    return effects;
+}
+
+// Runs the full legality test and records it as the position's tested pair. King safety is
+// checked on a scratch board on the stack, so the test allocates nothing.
+int TestMove(Position& position, Square from, Square to, int* needsPromotion) {
+    position.testedFrom = from;
+    position.testedTo = to;
+    if (from > 63 || to > 63) {
+        if (needsPromotion) *needsPromotion = 0;
+        position.testedResult = 0;
+        return 0;
+    }
+    const PieceCode* board = position.board;
+    PieceCode code = board[from];
+    Colour mover = ColourOf(code);
+    PieceCode scratch[64];
+
+    int result;
+    if (board[to] != 0 && ColourOf(board[to]) == mover) {
+        result = 0;
+    } else if (to == position.enPassant && TypeOf(code) == kPawn) {
+        // Judge the capture as if an enemy pawn stood on the en-passant square.
+        std::memcpy(scratch, board, sizeof scratch);
+        scratch[to] = mover == kWhite ? kBlackPawn : kWhitePawn;
+        result = PieceMovesOn(scratch, from, to);
+    } else {
+        result = CastlingVerdict(position, code, from, to);
+        if (result < 0) result = PieceMovesOn(board, from, to);
+    }
+
+    if (result) {
+        std::memcpy(scratch, board, sizeof scratch);
+        ApplyMoveToBoard(scratch, from, to, position.enPassant);
+        if (IsAttackedOn(scratch, mover, -1)) result = 0;
+    }
+
+    if (needsPromotion) {
+        *needsPromotion =
+            (code == kWhitePawn && RankOf(to) == 7) || (code == kBlackPawn && RankOf(to) == 0);
+    }
+    position.testedResult = static_cast<std::uint32_t>(result);
+    return result;
+}
+
+int CandidateOrigins(Position& position, PieceCode code, Square from, Square to, Square* squares) {
+    if (code == 0) code = position.GetSquare(from);
+    int count = 0;
+    if (to > 63 || code == 0) return 0;
+    for (int s = 0; s < 64; ++s) {
+        if (s == from || position.board[s] != code) continue;
+        if (TestMove(position, static_cast<Square>(s), to, nullptr)) {
+            squares[count++] = static_cast<Square>(s);
+        }
+    }
+    return count;
+}
+
+void SetPromotionChooser(PromotionChooser chooser) {
+    promotionChooser = chooser;
+}
+
+PromotionChooser GetPromotionChooser() {
+    return promotionChooser;
+}
+
+// Plays from -> to: re-tests only a pair that differs from the cached one, builds the new
+// position, hangs its node into the tree, settles promotion and the check flag.
+Position* Position::PlayMove(int from, int to, MoveNode* replace, int promotionType,
+                             void* promotionContext) {
+    if (from < 0 || to < 0 || from > 63 || to > 63) return nullptr;
+    if (from != testedFrom || to != testedTo) {
+        TestMove(*this, static_cast<Square>(from), static_cast<Square>(to), nullptr);
+    }
+    if (testedResult == 0) return nullptr;
+
+    Position* next = new Position(*this, static_cast<Square>(from), static_cast<Square>(to));
+    MoveNode* node = next->arrivalNode_;
+    ClearCastleFlags(*next, static_cast<Square>(from));
+
+    if (firstContinuation_ == nullptr) {
+        firstContinuation_ = node;
+        node->level = static_cast<std::uint8_t>(ArrivalLevel());
+    } else if (replace != nullptr) {
+        node->level = replace->level;
+        if (node->ReplaceNode(replace)) firstContinuation_ = node;
+        delete replace;
+    } else {
+        firstContinuation_->AppendAlternative(node, firstContinuation_->level);
+    }
+
+    PieceCode mover = board[from];
+    if ((mover == kWhitePawn && RankOf(to) == 7) || (mover == kBlackPawn && RankOf(to) == 0)) {
+        int type = promotionType;
+        if (type == 0 && promotionChooser != nullptr) type = promotionChooser(promotionContext);
+        if (type == 0) type = kQueen;
+        node->promotion = static_cast<std::uint8_t>(type);
+        next->board[to] = static_cast<PieceCode>(type + (mover == kBlackPawn ? kBlack : 0));
+    }
+
+    node->givesCheck = static_cast<std::uint32_t>(IsAttacked(*next, next->sideToMove, -1));
+    return next;
+}
+
+}  // namespace velmora

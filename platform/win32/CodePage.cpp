@@ -1,0 +1,39 @@
+// The ANSI code page on Windows: the system's CP_ACP through the Win32 conversion calls.
+#include "platform/CodePage.h"
+
+#include <windows.h>
+
+#include <climits>
+
+namespace velmora::platform {
+
+std::u16string AnsiToWide(std::string_view bytes) {
+    if (bytes.empty() || bytes.size() > INT_MAX) return {};
+    const int inLength = static_cast<int>(bytes.size());
+    const int length = MultiByteToWideChar(CP_ACP, 0, bytes.data(), inLength, nullptr, 0);
+    if (length <= 0) return {};
+    std::wstring out(static_cast<std::size_t>(length), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, bytes.data(), inLength, out.data(), length);
+    return std::u16string(out.begin(), out.end());
+}
+
+// Asks for no best-fit mapping, so a character without an exact byte becomes '?' (not a
+// look-alike such as 'A' for U+0100) and the result matches the Windows-1252 table used elsewhere.
+// A system whose ANSI code page is UTF-8 refuses those options, and needs none.
+std::string WideToAnsi(std::u16string_view text) {
+    if (text.empty() || text.size() > INT_MAX) return {};
+    const std::wstring in(text.begin(), text.end());
+    const int inLength = static_cast<int>(in.size());
+    const bool utf8 = GetACP() == CP_UTF8;
+    const DWORD flags = utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
+    const char* defaultChar = utf8 ? nullptr : "?";
+    const int length =
+        WideCharToMultiByte(CP_ACP, flags, in.data(), inLength, nullptr, 0, defaultChar, nullptr);
+    if (length <= 0) return {};
+    std::string out(static_cast<std::size_t>(length), '\0');
+    WideCharToMultiByte(CP_ACP, flags, in.data(), inLength, out.data(), length, defaultChar,
+                        nullptr);
+    return out;
+}
+
+}  // namespace velmora::platform

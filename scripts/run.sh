@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Builds the command-line tool natively and runs it; the arguments, if any, replace the example.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+velmora_install_packages cmake ninja-build g++
+
+cd "$velmora_root"
+velmora_build build/release -DCMAKE_BUILD_TYPE=Release -DVELMORA_SANITIZE=OFF \
+    -DVELMORA_BUILD_TESTS=OFF -DVELMORA_BUILD_BENCH=OFF
+
+if [ $# -eq 0 ]; then
+    set -- play e4 e5 Nf3 Nc6 Bb5 a6 Ba4 Nf6 O-O
+fi
+exec build/release/cli/velmora-pgn "$@"

@@ -1,0 +1,254 @@
+// Move legality, attacks and the positions that PlayMove builds.
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "core/MoveRules.h"
+#include "core/Position.h"
+#include "game/MoveTree.h"
+#include "tests/core/TestBoards.h"
+
+namespace velmora {
+namespace {
+
+using testing::FromText;
+using testing::Play;
+using testing::Sq;
+
+constexpr const char* kStart = testing::kStartText;
+constexpr const char* kKnightOnE3 = "rnbqkbnr/pppppppp/8/8/8/4N3/PPPPPPPP/RNBQKB1R w KQkq - 0 1";
+constexpr const char* kPawns = "4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1";
+constexpr const char* kCastles = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+constexpr const char* kCastlesBlack = "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1";
+
+// Each case lists moves with the verdict TestMove must give and store.
+TEST(MoveRules, LegalityTable) {
+    const std::pair<const char*, const char*> cases[] = {
+        {kStart, "e2e4 1, g1f3 1, e2e5 0, g1e2 0, f1c4 0, d1d3 0"},
+        // The side to move is the caller's business: a black move tests legal here.
+        {kStart, "e7e5 1"},
+        // Intended: the double step does not look at the square passed over.
+        {kKnightOnE3, "e2e4 1, e2e3 0"},
+        {"rnbqkb1r/pppppppp/5n2/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1", "f7f5 1"},
+        {kPawns, "e4d5 1, e4e5 1, d5d4 1, e4f5 0, e4e3 0"},
+        {"4k3/8/8/8/8/8/3r4/4K3 w - - 0 1", "e1d2 1, e1f1 1, e1e2 0, e1d1 0"},
+        {kCastles, "e1g1 1, e1c1 1"},
+        {kCastlesBlack, "e8g8 1, e8c8 1"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R w Qkq - 0 1", "e1g1 0, e1c1 1"},
+        {"r3k2r/8/8/8/8/8/8/RN2KB1R w KQkq - 0 1", "e1g1 0, e1c1 0"},
+        {"4kr2/8/8/8/8/8/8/4K2R w K - 0 1", "e1g1 0"},             // f1 attacked
+        {"4k1r1/8/8/8/8/8/8/4K2R w K - 0 1", "e1g1 0"},            // g1 attacked
+        {"4r1k1/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1 0, e1c1 0"},  // in check
+        {"3rk3/8/8/8/8/8/8/R3K3 w Q - 0 1", "e1c1 0"},             // d1 attacked
+        {"1r2k3/8/8/8/8/8/8/R3K3 w Q - 0 1", "e1c1 1"},            // only b1 attacked
+        {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", "e1g1 0, e1c1 0"},
+        // Intended: castling looks only at the flags and the empty squares, not at the rook.
+        {"4k3/8/8/8/8/8/8/4K3 w KQ - 0 1", "e1g1 1, e1c1 1"},
+        // Intended: a pawn attacks an empty square only straight ahead, so a black pawn on f2
+        // stops O-O and one on e2 or g2 does not; likewise a white pawn on g7 leaves f8 free.
+        {"4k3/8/8/8/8/8/5p2/4K2R w K - 0 1", "e1g1 0"},
+        {"4k3/8/8/8/8/8/4p3/4K2R w K - 0 1", "e1g1 1"},
+        {"4k3/8/8/8/8/8/6p1/4K2R w K - 0 1", "e1g1 1"},
+        {"r3k2r/6P1/8/8/8/8/8/4K3 b kq - 0 1", "e8g8 1"}};
+    for (const auto& [text, list] : cases) {
+        for (const auto& c : testing::Cases(list)) {
+            SCOPED_TRACE(std::string(text) + " " + c[0]);
+            auto position = FromText(text);
+            int legal = c[1] == "1";
+            EXPECT_EQ(TestMove(*position, Sq(c[0].c_str()), Sq(c[0].c_str() + 2), nullptr), legal);
+            EXPECT_EQ(position->testedFrom, Sq(c[0].c_str()));
+            EXPECT_EQ(position->testedTo, Sq(c[0].c_str() + 2));
+            EXPECT_EQ(position->testedResult, static_cast<std::uint32_t>(legal));
+        }
+    }
+}
+
+// Each case: a position, the colour attacked, the square (-1: that colour's king), the verdict.
+TEST(MoveRules, AttacksOnSquares) {
+    const std::tuple<const char*, Colour, int, int> cases[] = {
+        {"4k3/8/8/8/8/8/5p2/K7 w - - 0 1", kWhite, Sq("f1"), 1},
+        {"4k3/8/8/8/8/8/5p2/K7 w - - 0 1", kBlack, Sq("f1"), 0},
+        {"4k3/8/8/8/8/8/4p3/K7 w - - 0 1", kWhite, Sq("f1"), 0},
+        {"4k3/8/8/8/8/8/4p3/K2N4 w - - 0 1", kWhite, Sq("d1"), 1},
+        {"4k3/4p3/8/8/8/8/8/K7 w - - 0 1", kWhite, Sq("e5"), 1},
+        {"4k3/8/8/8/8/8/8/r3K3 w - - 0 1", kWhite, -1, 1},
+        {"4k3/8/8/8/8/8/8/r7 w - - 0 1", kWhite, -1, 0}};
+    for (const auto& [text, colour, square, attacked] : cases) {
+        EXPECT_EQ(IsAttacked(*FromText(text), colour, square), attacked) << text << " " << square;
+    }
+}
+
+// The queen borrows the rook and bishop rules by standing in for them; its square must hold the
+// queen again after every test, legal or not.
+TEST(MoveRules, QueenSquareIsRestoredAfterEveryTest) {
+    auto white = FromText("3k4/8/5p2/8/3Q4/8/8/4K3 w - - 0 1");
+    for (const auto& c : testing::Cases("d7 1, f6 1, g7 0, a1 1, g1 1, h4 1, a7 1, e6 0, c2 0")) {
+        EXPECT_EQ(TestMove(*white, Sq("d4"), Sq(c[0].c_str()), nullptr), c[1] == "1") << c[0];
+        EXPECT_EQ(white->board[Sq("d4")], kQueen) << c[0];
+    }
+    EXPECT_EQ(IsAttacked(*white, kBlack, -1), 1);
+    EXPECT_EQ(white->board[Sq("d4")], kQueen);
+    auto black = FromText("4k3/8/8/3q4/8/8/8/4K3 b - - 0 1");
+    for (const char* to : {"a2", "d1", "e3"}) {
+        TestMove(*black, Sq("d5"), Sq(to), nullptr);
+        EXPECT_EQ(black->board[Sq("d5")], kBlack + kQueen) << to;
+    }
+}
+
+// With nothing on the from square only the safety of the white king (the colour an empty
+// square reads as) decides.
+TEST(MoveRules, EmptyFromSquareAnswersByKingSafetyAlone) {
+    auto safe = FromText("R3k3/8/8/8/8/8/8/4K3 w - - 0 1");
+    EXPECT_EQ(TestMove(*safe, Sq("d4"), Sq("d5"), nullptr), 1);
+    auto inCheck = FromText("4k3/8/8/8/8/8/8/r3K3 w - - 0 1");
+    EXPECT_EQ(TestMove(*inCheck, Sq("d4"), Sq("d5"), nullptr), 0);
+}
+
+TEST(MoveRules, TestedPairIsAOneEntryCache) {
+    Position position;
+    // PlayMove trusts a stored verdict for the same pair...
+    position.testedFrom = Sq("e2");
+    position.testedTo = Sq("e4");
+    position.testedResult = 0;
+    EXPECT_EQ(position.PlayMove(Sq("e2"), Sq("e4"), nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(position.FirstContinuation(), nullptr);
+    // ...and tests a different pair afresh.
+    EXPECT_NE(position.PlayMove(Sq("d2"), Sq("d4"), nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(position.testedFrom, Sq("d2"));
+    EXPECT_EQ(position.testedResult, 1u);
+    // Refused moves change nothing but the tested fields.
+    EXPECT_EQ(position.PlayMove(Sq("e2"), Sq("e5"), nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(position.testedTo, Sq("e5"));
+    EXPECT_EQ(position.PlayMove(64, 0, nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(position.PlayMove(Sq("e2"), 200, nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(position.FirstContinuation()->nextAlternative, nullptr);
+}
+
+using Promoted = std::pair<int, int>;  // promotion type on the node, code landing on e8
+int chooserCalls = 0;
+void* chooserContext = nullptr;
+int Chooser(void* context) {
+    ++chooserCalls;
+    chooserContext = context;
+    return chooserCalls == 1 ? kKnight : 0;
+}
+
+TEST(MoveRules, PromotionTypeComesFromCallerChooserOrQueen) {
+    auto position = FromText("8/4P1k1/8/8/8/8/p7/4K3 w - - 0 1");
+    auto promote = [&](int type, void* context) {
+        Position* after = position->PlayMove(Sq("e7"), Sq("e8"), nullptr, type, context);
+        return after ? Promoted(after->ArrivalNode()->promotion, after->board[Sq("e8")])
+                     : Promoted();
+    };
+    int needsPromotion = 0;
+    EXPECT_EQ(TestMove(*position, Sq("a2"), Sq("b1"), &needsPromotion), 0);
+    EXPECT_EQ(needsPromotion, 1);
+    ASSERT_EQ(GetPromotionChooser(), nullptr);
+    EXPECT_EQ(promote(0, nullptr), Promoted(kQueen, kQueen));
+    EXPECT_EQ(Play(position.get(), "a2a1r")->board[Sq("a1")], kBlack + kRook);
+    int context = 0;
+    SetPromotionChooser(&Chooser);
+    EXPECT_EQ(promote(0, &context), Promoted(kKnight, kKnight));
+    EXPECT_EQ(chooserContext, &context);
+    EXPECT_EQ(promote(kBishop, nullptr), Promoted(kBishop, kBishop));
+    EXPECT_EQ(chooserCalls, 1);
+    EXPECT_EQ(promote(0, nullptr), Promoted(kQueen, kQueen));  // the chooser answers 0 this time
+    SetPromotionChooser(nullptr);
+}
+
+TEST(MoveRules, PlayedPositionsCarrySideNumberAndEnPassant) {
+    Position start;
+    Position* p1 = Play(&start, "f2f3");
+    Position* p2 = Play(p1, "e7e5");
+    Position* p3 = Play(p2, "g2g4");
+    Position* p4 = Play(p3, "d8h4");
+    // Each case: side to move, move number, en-passant square and check flag after the move.
+    const std::tuple<Position*, Colour, int, Square, std::uint32_t> cases[] = {
+        {p1, kBlack, 1, kNoSquare, 0},
+        {p2, kWhite, 1, Sq("e6"), 0},
+        {p3, kBlack, 2, Sq("g3"), 0},
+        {p4, kWhite, 2, kNoSquare, 1}};
+    for (const auto& [position, side, number, enPassant, check] : cases) {
+        EXPECT_EQ(position->sideToMove, side);
+        EXPECT_EQ(position->moveNumber, number);
+        EXPECT_EQ(position->ArrivalNode()->moveNumber, number);
+        EXPECT_EQ(position->enPassant, enPassant);
+        EXPECT_EQ(position->ArrivalNode()->givesCheck, check);
+    }
+    EXPECT_EQ(p4->board[Sq("d8")], 0);
+    EXPECT_EQ(p4->board[Sq("h4")], kBlack + kQueen);
+}
+
+TEST(MoveRules, CapturesAndEnPassant) {
+    PieceCode code = 0;
+    Square square = 99;
+    auto pawns = FromText(kPawns);
+    EXPECT_EQ(Play(pawns.get(), "e4d5")->ArrivalNode()->GetCapture(&code, &square), 1);
+    EXPECT_EQ(code, kBlack + kPawn);
+    EXPECT_EQ(square, 0);
+    EXPECT_EQ(Play(pawns.get(), "e1e2")->ArrivalNode()->GetCapture(&code, &square), 0);
+
+    auto white = FromText("4k3/3p4/8/4P3/8/8/8/4K3 b - - 0 1");
+    Position* afterDouble = Play(white.get(), "d7d5");
+    Position* taken = Play(afterDouble, "e5d6");
+    EXPECT_EQ(taken->board[Sq("d6")], kPawn);
+    EXPECT_EQ(taken->board[Sq("d5")] + taken->board[Sq("e5")], 0);
+    EXPECT_EQ(taken->ArrivalNode()->GetCapture(&code, &square), 1);
+    EXPECT_EQ(square, Sq("d6"));
+    Position* later = Play(Play(afterDouble, "e1e2"), "e8e7");
+    EXPECT_EQ(TestMove(*later, Sq("e5"), Sq("d6"), nullptr), 0);
+
+    // Intended: an en-passant square given in position text never allows a capture.
+    auto fromText = FromText("4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1");
+    EXPECT_EQ(TestMove(*fromText, Sq("e5"), Sq("d6"), nullptr), 0);
+}
+
+// Each case: the king's move, the rook's move and the castling kind recorded.
+TEST(MoveRules, CastlingMovesTheRook) {
+    for (const char* text : {kCastles, kCastlesBlack}) {
+        for (const auto& c : testing::Cases("e1g1 h1f1 1, e1c1 a1d1 2, e8g8 h8f8 1, e8c8 a8d8 2")) {
+            auto position = FromText(text);
+            Colour side = position->sideToMove;
+            if ((c[0][1] == '8') != (side == kBlack)) continue;
+            Position* after = Play(position.get(), c[0]);
+            ASSERT_NE(after, nullptr);
+            EXPECT_EQ(after->board[Sq(c[0].c_str() + 2)], side + kKing) << c[0];
+            EXPECT_EQ(after->board[Sq(c[1].c_str() + 2)], side + kRook) << c[0];
+            EXPECT_EQ(after->board[Sq(c[1].c_str())] + after->board[Sq(c[0].c_str())], 0) << c[0];
+            EXPECT_EQ(after->ArrivalNode()->castlingKind, c[2][0] - '0') << c[0];
+        }
+    }
+}
+
+// Each case: a move and the four flags after it (white O-O, white O-O-O, black O-O, O-O-O).
+TEST(MoveRules, CastleFlagsAreClearedByTheSquareLeft) {
+    const std::pair<const char*, const char*> cases[] = {
+        {kCastles, "h1h2 0111, a1a2 1011, e1e2 0011"},
+        {kCastlesBlack, "h8h7 1101, a8a7 1110, e8e7 1100"},
+        // Intended: a rook captured on its home square leaves its flag set.
+        {kCastles, "a1a8 1011"},
+        {kCastlesBlack, "h8h1 1101"}};
+    for (const auto& [text, list] : cases) {
+        for (const auto& c : testing::Cases(list)) {
+            auto position = FromText(text);
+            Position* after = Play(position.get(), c[0]);
+            ASSERT_NE(after, nullptr);
+            std::string flags =
+                std::to_string(after->castleWhiteKing) + std::to_string(after->castleWhiteQueen) +
+                std::to_string(after->castleBlackKing) + std::to_string(after->castleBlackQueen);
+            EXPECT_EQ(flags, c[1]) << c[0];
+        }
+    }
+}
+
+// Intended: after its h1 rook is captured there, white may still castle king-side.
+TEST(MoveRules, CastlingAfterTheRookWasCapturedAtHome) {
+    auto position = FromText("b3k3/8/8/8/8/8/8/4K2R b K - 0 1");
+    Position* castled = Play(Play(position.get(), "a8h1"), "e1g1");
+    ASSERT_NE(castled, nullptr);
+    EXPECT_EQ(castled->ArrivalNode()->castlingKind, 1);
+    EXPECT_EQ(castled->board[Sq("g1")], kKing);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,90 @@
+// Helpers the chess tests share: square names, position texts, moves and chess-only filtering.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/ChessTypes.h"
+#include "core/Position.h"
+
+namespace velmora::testing {
+
+constexpr const char* kStartText = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+constexpr const char* kKiwipete =
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+
+// Returns the square named like "e4".
+constexpr Square Sq(const char* name) {
+    return MakeSquare(name[0] - 'a', name[1] - '1');
+}
+
+inline std::string Narrow(const char16_t* text) {
+    std::string out;
+    for (; text && *text; ++text)
+        out += static_cast<char>(*text);
+    return out;
+}
+
+// Builds a position from its text; a text the reader rejects fails the calling test.
+inline std::unique_ptr<Position> FromText(const std::string& text) {
+    auto position = std::make_unique<Position>();
+    EXPECT_EQ(position->SetFromText(std::u16string(text.begin(), text.end()).c_str()), 1) << text;
+    return position;
+}
+
+inline std::string TextOf(const Position& position) {
+    char16_t buffer[Position::kTextBufferSize] = {};
+    int length = position.WriteText(buffer);
+    EXPECT_EQ(length, static_cast<int>(Narrow(buffer).size()));
+    return Narrow(buffer);
+}
+
+// Splits "e2e4 1, g1f3 0" into its comma-separated cases, each a list of blank-separated words.
+inline std::vector<std::vector<std::string>> Cases(const std::string& list) {
+    std::vector<std::vector<std::string>> cases;
+    std::istringstream all(list);
+    for (std::string one; std::getline(all, one, ',');) {
+        std::istringstream words(one);
+        cases.emplace_back();
+        for (std::string word; words >> word;)
+            cases.back().push_back(word);
+    }
+    return cases;
+}
+
+// Plays a move written "e2e4" or "e7e8q" and returns the new position (null if refused).
+inline Position* Play(Position* position, const std::string& move) {
+    Position* next = position->PlayMove(Sq(move.c_str()), Sq(move.c_str() + 2), nullptr,
+                                        TypeFromLetter(move.c_str()[4]), nullptr);
+    EXPECT_NE(next, nullptr) << move;
+    return next;
+}
+
+// Moves these rules accept that chess forbids.
+enum Objection { kNone = 0, kStepsOverPiece = 1, kCastlesIllegally = 2 };
+
+// Names why chess would refuse a move these rules accept: a pawn double step over an occupied
+// square, or castling without the rook in its corner or across a square an enemy pawn attacks
+// diagonally.
+inline int ChessObjection(const Position& position, Square from, Square to) {
+    PieceCode code = position.board[from];
+    if (TypeOf(code) == kPawn && std::abs(RankOf(to) - RankOf(from)) == 2) {
+        return position.board[(from + to) / 2] ? kStepsOverPiece : kNone;
+    }
+    if (TypeOf(code) != kKing || std::abs(FileOf(to) - FileOf(from)) != 2) return kNone;
+    Colour colour = ColourOf(code);
+    int rank = RankOf(from), crossed = FileOf(to) == 6 ? 5 : 3;
+    int pawnRank = colour == kWhite ? rank + 1 : rank - 1;
+    PieceCode enemyPawn = OtherSide(colour) + kPawn;
+    bool rookHome = position.board[MakeSquare(crossed == 5 ? 7 : 0, rank)] == colour + kRook;
+    bool crossedAttacked = position.board[MakeSquare(crossed - 1, pawnRank)] == enemyPawn ||
+                           position.board[MakeSquare(crossed + 1, pawnRank)] == enemyPawn;
+    return rookHome && !crossedAttacked ? kNone : kCastlesIllegally;
+}
+
+}  // namespace velmora::testing

@@ -1,0 +1,168 @@
+// The move tree: variations, replacing, deleting, promoting and walking in notation order.
+#include <gtest/gtest.h>
+
+#include "core/Position.h"
+#include "game/MoveTree.h"
+#include "tests/core/TestBoards.h"
+
+namespace velmora {
+namespace {
+
+using testing::Play;
+using testing::Sq;
+
+// Checks the links and levels of every node below position and returns how many there are.
+int ExpectConsistent(Position* position) {
+    int count = 0;
+    MoveNode* first = position->FirstContinuation();
+    MoveNode* previous = nullptr;
+    for (MoveNode* node = first; node && count < 1000; node = node->nextAlternative) {
+        EXPECT_EQ(node->positionBefore, position);
+        EXPECT_EQ(node->previousAlternative, previous);
+        EXPECT_EQ(node->positionAfter->ArrivalNode(), node);
+        EXPECT_EQ(node->positionAfter->PreviousPosition(), position);
+        EXPECT_EQ(node->level, position->ArrivalLevel() + (node == first ? 0 : 1))
+            << "move " << int(node->from) << "-" << int(node->to);
+        previous = node;
+        count += 1 + ExpectConsistent(node->positionAfter);
+    }
+    return count;
+}
+
+// 1. e4 (1. d4 d5 (1... Nf6 2. c4) 2. c4) (1. c4 e5 (1... c5)) 1... e5 (1... c5) 2. Nf3 Nc6
+class MoveTree : public ::testing::Test {
+  protected:
+    // Plays move after the given node (at the root for null); a refused move gives null.
+    MoveNode* Add(MoveNode* after, const char* move) {
+        Position* next = Play(after ? after->positionAfter : &root, move);
+        return next ? next->ArrivalNode() : nullptr;
+    }
+    void ExpectLevels(std::initializer_list<std::pair<MoveNode*, int>> levels) {
+        for (const auto& [node, level] : levels)
+            EXPECT_EQ(node->level, level);
+    }
+    Position root;
+    MoveNode* a = Add(nullptr, "e2e4");
+    MoveNode* b = Add(a, "e7e5");
+    MoveNode* c = Add(b, "g1f3");
+    MoveNode* d = Add(c, "b8c6");
+    MoveNode* e = Add(nullptr, "d2d4");
+    MoveNode* f = Add(e, "d7d5");
+    MoveNode* g = Add(f, "c2c4");
+    MoveNode* j = Add(e, "g8f6");
+    MoveNode* k = Add(j, "c2c4");
+    MoveNode* h = Add(nullptr, "c2c4");
+    MoveNode* i = Add(h, "e7e5");
+    MoveNode* m = Add(h, "c7c5");
+    MoveNode* l = Add(a, "c7c5");
+};
+
+TEST_F(MoveTree, LaterMovesBecomeVariationsOneLevelDeeper) {
+    EXPECT_EQ(ExpectConsistent(&root), 13);
+    ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {g, 1}, {j, 2}, {k, 2}, {h, 1}, {m, 2}, {l, 1}});
+    EXPECT_EQ(root.FirstContinuation(), a);
+    EXPECT_FALSE(a->IsVariation());
+    EXPECT_TRUE(h->IsVariation());
+    EXPECT_EQ(a->FirstVariation(), e);
+    EXPECT_EQ(e->FirstVariation(), nullptr);
+    EXPECT_EQ(a->NextVariation(), nullptr);
+    EXPECT_EQ(e->NextVariation(), h);
+    EXPECT_EQ(h->NextVariation(), nullptr);
+    EXPECT_EQ(a->LastAlternative(), h);
+    EXPECT_EQ(h->LastAlternative(), h);
+}
+
+TEST_F(MoveTree, ReplacingTheFirstAndALaterNode) {
+    MoveNode* nc3 = root.PlayMove(Sq("b1"), Sq("c3"), a, 0, nullptr)->ArrivalNode();
+    EXPECT_EQ(root.FirstContinuation(), nc3);
+    EXPECT_EQ(nc3->nextAlternative, e);
+    EXPECT_EQ(ExpectConsistent(&root), 13 - 5 + 1);
+    MoveNode* nf3 = root.PlayMove(Sq("g1"), Sq("f3"), e, 0, nullptr)->ArrivalNode();
+    EXPECT_EQ(nc3->nextAlternative, nf3);
+    EXPECT_EQ(nf3->nextAlternative, h);
+    EXPECT_EQ(root.FindContinuation(Sq("d2"), Sq("d4"), 0), nullptr);
+    EXPECT_EQ(ExpectConsistent(&root), 13 - 5 - 5 + 2);
+}
+
+TEST_F(MoveTree, DeletingAVariationKeepsTheOthers) {
+    e->UnlinkNode();
+    delete e;
+    EXPECT_EQ(a->nextAlternative, h);
+    EXPECT_EQ(ExpectConsistent(&root), 13 - 5);
+}
+
+// Intended: deleting a main-line move deletes the variations at that point too.
+TEST_F(MoveTree, DeletingAMainLineMoveTakesItsVariations) {
+    a->UnlinkNode();
+    EXPECT_EQ(root.FirstContinuation(), nullptr);
+    delete a;
+    EXPECT_EQ(Add(nullptr, "g1f3")->level, 0);
+    EXPECT_EQ(ExpectConsistent(&root), 1);
+}
+
+TEST_F(MoveTree, PreviousInNotationFollowsThePrintedOrder) {
+    MoveNode* printed[] = {a, e, f, j, k, g, h, i, m, b, l, c, d};
+    EXPECT_EQ(a->PreviousInNotation(), nullptr);
+    for (size_t n = 1; n < std::size(printed); ++n) {
+        EXPECT_EQ(printed[n]->PreviousInNotation(), printed[n - 1]) << "printed move " << n;
+    }
+}
+
+TEST_F(MoveTree, VariationStartIsTheMainLineMoveBranchedFrom) {
+    const std::pair<MoveNode*, MoveNode*> cases[] = {{a, nullptr}, {d, nullptr}, {e, a}, {g, a},
+                                                     {j, f},       {k, f},       {m, i}, {l, b}};
+    for (const auto& [node, start] : cases)
+        EXPECT_EQ(node->VariationStart(), start);
+}
+
+// Promoting 1... d5 makes 1. d4 the main line; the old main line becomes its first alternative.
+TEST_F(MoveTree, PromoteLineSwapsTheVariationIn) {
+    f->PromoteLine();
+    EXPECT_EQ(root.FirstContinuation(), e);
+    EXPECT_EQ(e->nextAlternative, a);
+    EXPECT_EQ(a->nextAlternative, h);
+    ExpectLevels({{e, 0}, {f, 0}, {g, 0}, {j, 1}, {k, 1}, {a, 1}, {d, 1}, {l, 2}, {h, 1}, {m, 2}});
+    EXPECT_EQ(ExpectConsistent(&root), 13);
+
+    k->PromoteLine();
+    EXPECT_EQ(e->positionAfter->FirstContinuation(), j);
+    EXPECT_EQ(j->nextAlternative, f);
+    EXPECT_EQ(ExpectConsistent(&root), 13);
+}
+
+TEST_F(MoveTree, PromoteLineOnTheMainLineChangesNothing) {
+    c->PromoteLine();
+    d->PromoteLine();
+    EXPECT_EQ(root.FirstContinuation(), a);
+    EXPECT_EQ(a->nextAlternative, e);
+    EXPECT_EQ(b->nextAlternative, l);
+    EXPECT_EQ(ExpectConsistent(&root), 13);
+    ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {j, 2}, {l, 1}});
+}
+
+TEST_F(MoveTree, RelevelRestoresLevelsBelowANode) {
+    for (MoveNode* node : {a, b, c, d, e, f, g, h, i, j, k, l, m})
+        node->level = 9;
+    a->Relevel(0);
+    EXPECT_EQ(ExpectConsistent(&root), 13);
+    f->Relevel(4);
+    ExpectLevels({{f, 4}, {g, 4}, {j, 5}, {k, 5}, {e, 1}});
+}
+
+// A long game is freed without deep recursion (the native build checks for leaks).
+TEST(MoveTreeTeardown, VeryLongLineIsDestroyed) {
+    auto* root = new Position;
+    const char* shuffle[] = {"g1f3", "g8f6", "f3g1", "f6g8"};
+    Position* position = root;
+    for (int ply = 0; ply < 20000 && position; ++ply)
+        position = Play(position, shuffle[ply % 4]);
+    int length = 0;
+    for (MoveNode* n = root->FirstContinuation(); n; n = n->positionAfter->FirstContinuation()) {
+        ++length;
+    }
+    EXPECT_EQ(length, 20000);
+    delete root;
+}
+
+}  // namespace
+}  // namespace velmora

@@ -175,9 +175,11 @@ MoveEffects ApplyMoveToBoard(PieceCode* board, Square from, Square to, Square en
         effects.captured = true;
         effects.capturedCode = board[to];
     } else if (TypeOf(code) == kPawn && to == enPassant) {
+        // The pawn taken stands beside the mover, on the file of to.
+        Square taken = static_cast<Square>(FileOf(to) + 8 * RankOf(from));
         effects.enPassantCapture = true;
-        effects.capturedCode = board[to];
-        board[FileOf(to) + 8 * RankOf(from)] = 0;
+        effects.capturedCode = board[taken];
+        board[taken] = 0;
     } else if (code == kWhiteKing && from == kE1 && (to == kG1 || to == kC1)) {
         Square rookFrom = to == kG1 ? kH1 : kA1;
         board[to == kG1 ? kF1 : kD1] = board[rookFrom];

@@ -30,7 +30,7 @@ int CandidateOrigins(Position& position, PieceCode code, Square from, Square to,
 struct MoveEffects {
     bool captured = false;            // to held a piece
     bool enPassantCapture = false;    // a pawn moved to the en-passant square
-    PieceCode capturedCode = 0;       // the code that stood on to
+    PieceCode capturedCode = 0;       // the code taken (en passant: the pawn beside to)
     std::uint8_t castlingKind = 0;    // 1 king-side, 2 queen-side
     Square newEnPassant = kNoSquare;  // the square passed over by a pawn's double step
 };

@@ -166,17 +166,15 @@ MoveNode* MoveNode::VariationStart() {
 
 namespace {
 
-// Returns the last move printed for the line that starts at node: follow the line, and where
-// a move has variations, the move printed last comes after them, in its continuation, or in
-// its last variation when it has no continuation.
+// Returns the last move printed for the line that starts at node. A move's variations are
+// printed after it and before its continuation, so a move with variations but no continuation
+// ends the line in its last variation; otherwise the walk follows the line, and a continuation
+// with variations of its own is looked at the same way in the next step.
 MoveNode* DeepestLastMove(MoveNode* node) {
     while (MoveNode* next = node->positionAfter->FirstContinuation()) {
-        if (next->nextAlternative != nullptr) {
-            MoveNode* continuation = next->positionAfter->FirstContinuation();
-            node = continuation != nullptr ? continuation : next->LastAlternative();
-        } else {
-            node = next;
-        }
+        bool endsInVariation =
+            next->nextAlternative != nullptr && next->positionAfter->FirstContinuation() == nullptr;
+        node = endsInVariation ? next->LastAlternative() : next;
     }
     return node;
 }

@@ -108,6 +108,14 @@ TEST_F(MoveTree, PreviousInNotationFollowsThePrintedOrder) {
     }
 }
 
+// A variation of the last move of a line (2. Nf3 beside 2. c4 in the 1. d4 line) is printed
+// before the next alternative of the line's first move.
+TEST_F(MoveTree, PreviousInNotationLooksIntoVariationsOfAContinuation) {
+    MoveNode* n = Add(f, "g1f3");
+    EXPECT_EQ(n->PreviousInNotation(), g);
+    EXPECT_EQ(h->PreviousInNotation(), n);
+}
+
 TEST_F(MoveTree, VariationStartIsTheMainLineMoveBranchedFrom) {
     const std::pair<MoveNode*, MoveNode*> cases[] = {{a, nullptr}, {d, nullptr}, {e, a}, {g, a},
                                                      {j, f},       {k, f},       {m, i}, {l, b}};

@@ -12,14 +12,14 @@ namespace velmora {
 namespace {
 
 using testing::FromText;
+using testing::kCastles;
+using testing::kCastlesBlack;
+using testing::kPawns;
 using testing::Play;
 using testing::Sq;
 
 constexpr const char* kStart = testing::kStartText;
 constexpr const char* kKnightOnE3 = "rnbqkbnr/pppppppp/8/8/8/4N3/PPPPPPPP/RNBQKB1R w KQkq - 0 1";
-constexpr const char* kPawns = "4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1";
-constexpr const char* kCastles = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
-constexpr const char* kCastlesBlack = "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1";
 
 // Each case lists moves with the verdict TestMove must give and store.
 TEST(MoveRules, LegalityTable) {
@@ -134,29 +134,6 @@ TEST(MoveRules, PromotionTypeComesFromCallerChooserOrQueen) {
     EXPECT_EQ(chooserCalls, 1);
     EXPECT_EQ(promote(0, nullptr), Promoted(kQueen, kQueen));  // the chooser answers 0 this time
     SetPromotionChooser(nullptr);
-}
-
-TEST(MoveRules, PlayedPositionsCarrySideNumberAndEnPassant) {
-    Position start;
-    Position* p1 = Play(&start, "f2f3");
-    Position* p2 = Play(p1, "e7e5");
-    Position* p3 = Play(p2, "g2g4");
-    Position* p4 = Play(p3, "d8h4");
-    // Each case: side to move, move number, en-passant square and check flag after the move.
-    const std::tuple<Position*, Colour, int, Square, std::uint32_t> cases[] = {
-        {p1, kBlack, 1, kNoSquare, 0},
-        {p2, kWhite, 1, Sq("e6"), 0},
-        {p3, kBlack, 2, Sq("g3"), 0},
-        {p4, kWhite, 2, kNoSquare, 1}};
-    for (const auto& [position, side, number, enPassant, check] : cases) {
-        EXPECT_EQ(position->sideToMove, side);
-        EXPECT_EQ(position->moveNumber, number);
-        EXPECT_EQ(position->ArrivalNode()->moveNumber, number);
-        EXPECT_EQ(position->enPassant, enPassant);
-        EXPECT_EQ(position->ArrivalNode()->givesCheck, check);
-    }
-    EXPECT_EQ(p4->board[Sq("d8")], 0);
-    EXPECT_EQ(p4->board[Sq("h4")], kBlack + kQueen);
 }
 
 TEST(MoveRules, CapturesAndEnPassant) {

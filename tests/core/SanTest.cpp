@@ -13,14 +13,14 @@ namespace velmora {
 namespace {
 
 using testing::FromText;
+using testing::kCastles;
+using testing::kCastlesBlack;
+using testing::kPawns;
 using testing::Narrow;
 using testing::Play;
 using testing::Sq;
 
 constexpr const char* kStart = testing::kStartText;
-constexpr const char* kCastles = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
-constexpr const char* kCastlesBlack = "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1";
-constexpr const char* kPawns = "4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1";
 constexpr const char* kPawnsBlack = "4k3/8/8/3p4/4P3/8/8/4K3 b - - 0 1";
 constexpr const char* kPromotion = "8/4P1k1/8/8/8/8/8/4K3 w - - 0 1";
 constexpr const char* kOneKnight = "4k3/8/5n2/8/8/8/8/4K2n b - - 0 1";

@@ -15,6 +15,11 @@
 namespace velmora::testing {
 
 constexpr const char* kStartText = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+// Both sides' rooks at home and nothing between them and their kings.
+constexpr const char* kCastles = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+constexpr const char* kCastlesBlack = "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1";
+// White pawn e4 facing black pawn d5.
+constexpr const char* kPawns = "4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1";
 constexpr const char* kKiwipete =
     "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
 

@@ -196,7 +196,7 @@ int Position::SetFromText(const char16_t* text) {
     };
     for (char16_t c; (c = in.At(i)) != 0 && c != u' '; ++i) {
         const char* letter = c < 128 ? std::strchr(kPieceLetters, static_cast<char>(c)) : nullptr;
-        if (letter && c != 0) {
+        if (letter != nullptr) {
             int index = static_cast<int>(letter - kPieceLetters);
             PieceCode code = static_cast<PieceCode>(index < 6 ? index + 1 : 32 + index - 5);
             // More than 64 squares in the text: the extra pieces have nowhere to go.

@@ -23,8 +23,9 @@ class Position {
     virtual ~Position();
 
     // Plays from -> to and returns the new position hung into the move tree, or null when a
-    // square is above 63 or the move is illegal. A given replace node is swapped out for the
-    // new move (and destroyed with its line); otherwise the move becomes the first
+    // square is above 63 or the move is illegal. A given replace node (one of this position's
+    // continuations) is swapped out for the new move and destroyed with its line; otherwise the
+    // move becomes the first
     // continuation or a new variation. A promotion type of 0 asks the promotion chooser.
     virtual Position* PlayMove(int from, int to, MoveNode* replace, int promotionType,
                                void* promotionContext);

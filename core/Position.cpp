@@ -179,7 +179,7 @@ int Position::WriteText(char16_t* buffer) const {
 }
 
 // Reads a position text into this position. The board is cleared first and is not restored
-// when a later field fails. Missing trailing fields read as empty.
+// when a later field fails. Missing trailing fields read as empty, the move number as 1.
 int Position::SetFromText(const char16_t* text) {
     TextCursor in(text);
     Clear();
@@ -250,7 +250,10 @@ int Position::SetFromText(const char16_t* text) {
         ++i;  // half-move clock
     if (in.At(i) == u' ') ++i;
 
+    // A text without a move number (four fields, as position lists often have them) starts
+    // at move 1 rather than at the 0 an empty number would give.
     std::uint8_t number = 0;
+    if (in.At(i) < u'0' || in.At(i) > u'9') number = 1;
     for (char16_t d; (d = in.At(i)) >= u'0' && d <= u'9'; ++i) {
         number = static_cast<std::uint8_t>(number * 10 + (d - u'0'));
     }

@@ -40,7 +40,10 @@ TEST(PositionText, FieldsReadAndWrittenBack) {
         {"4k3/8/8/8/8/8/8/4K3 w - - 17 40", kWhite, 39, "4k3/8/8/8/8/8/8/4K3 w - - 0 40"},
         {"4k3/8/8/8/8/8/8/4K3 b - - 0 300", kBlack, 44, "4k3/8/8/8/8/8/8/4K3 b - - 0 44"},
         {"4k3/8/8/8/8/8/8/4K3 x - - 0 5", kBlack, 5, "4k3/8/8/8/8/8/8/4K3 b - - 0 5"},
-        {"4k3/8/8/8/8/8/8/4K3 W - - 0 5", kBlack, 5, "4k3/8/8/8/8/8/8/4K3 b - - 0 5"}};
+        {"4k3/8/8/8/8/8/8/4K3 W - - 0 5", kBlack, 5, "4k3/8/8/8/8/8/8/4K3 b - - 0 5"},
+        // Texts without counters start at move 1.
+        {"4k3/8/8/8/8/8/8/4K3 w - -", kWhite, 0, "4k3/8/8/8/8/8/8/4K3 w - - 0 1"},
+        {"4k3/8/8/8/8/8/8/4K3 b", kBlack, 1, "4k3/8/8/8/8/8/8/4K3 b - - 0 1"}};
     for (const auto& [text, side, number, written] : cases) {
         auto position = FromText(text);
         EXPECT_EQ(position->sideToMove, side) << text;

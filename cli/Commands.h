@@ -22,4 +22,18 @@ void Print(std::ostream& stream, std::u16string_view text);
 int RunPlay(const Arguments& args, std::ostream& out, std::ostream& err);
 extern const char kPlayUsage[];
 
+// The PGN file commands; games are numbered from 1 in file order.
+int RunList(const Arguments& args, std::ostream& out, std::ostream& err);
+int RunShow(const Arguments& args, std::ostream& out, std::ostream& err);
+int RunFens(const Arguments& args, std::ostream& out, std::ostream& err);
+int RunCheck(const Arguments& args, std::ostream& out, std::ostream& err);
+int RunAppend(const Arguments& args, std::ostream& out, std::ostream& err);
+int RunResave(const Arguments& args, std::ostream& out, std::ostream& err);
+extern const char kListUsage[];
+extern const char kShowUsage[];
+extern const char kFensUsage[];
+extern const char kCheckUsage[];
+extern const char kAppendUsage[];
+extern const char kResaveUsage[];
+
 }  // namespace velmora::cli

@@ -17,7 +17,10 @@ struct Command {
 };
 
 const Command kCommands[] = {
-    {u"play", RunPlay, kPlayUsage},
+    {u"play", RunPlay, kPlayUsage},       {u"list", RunList, kListUsage},
+    {u"show", RunShow, kShowUsage},       {u"fens", RunFens, kFensUsage},
+    {u"check", RunCheck, kCheckUsage},    {u"append", RunAppend, kAppendUsage},
+    {u"resave", RunResave, kResaveUsage},
 };
 
 void PrintUsage(std::ostream& stream) {

@@ -11,5 +11,7 @@ namespace velmora::platform {
 std::vector<std::u16string> CommandLineArguments(int argc, char** argv);
 // Puts standard output and error in binary mode, so "\n" is written as a bare line feed.
 void UseBinaryStandardStreams();
+// Tells whether standard error is a terminal (where progress lines make sense).
+bool StandardErrorIsTerminal();
 
 }  // namespace velmora::platform

@@ -1,6 +1,8 @@
 // POSIX: arguments arrive as UTF-8 and the standard streams are already byte streams.
 #include "platform/Console.h"
 
+#include <unistd.h>
+
 #include "platform/CodePage.h"
 
 namespace velmora::platform {
@@ -13,5 +15,9 @@ std::vector<std::u16string> CommandLineArguments(int argc, char** argv) {
 }
 
 void UseBinaryStandardStreams() {}
+
+bool StandardErrorIsTerminal() {
+    return isatty(2) != 0;
+}
 
 }  // namespace velmora::platform

@@ -1,0 +1,216 @@
+// PgnLexer: tokens of a game's move section, and brace comments, read line by line.
+#include "game/PgnLexer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "core/Position.h"
+#include "platform/CodePage.h"
+
+namespace velmora {
+namespace {
+
+constexpr int kUnknownLength = 20;
+constexpr int kCommentCapacity = 512;
+
+// Glyphs that stand for the NAG numbers 1 to 6, in that order.
+constexpr const char16_t* kGlyphs[] = {u"!", u"?", u"!!", u"??", u"!?", u"?!"};
+
+bool IsSanCharacter(char16_t c) {
+    return c != 0 && std::char_traits<char16_t>::find(u"abcdefgh012345678RNBQKO-x+#=", 28, c);
+}
+
+// Tells whether c begins a move; a "P" does not.
+bool StartsMove(char16_t c) {
+    return (c >= u'a' && c <= u'h') || c == u'B' || c == u'K' || c == u'N' || c == u'O' ||
+           c == u'Q' || c == u'R';
+}
+
+bool IsDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
+
+bool IsGlyphCharacter(char16_t c) {
+    return c == u'!' || c == u'?';
+}
+
+}  // namespace
+
+PgnLexer::PgnLexer(PgnLineReader& reader, const char16_t* firstLine) : reader_(reader) {
+    int length = 0;
+    while (firstLine && firstLine[length] != 0 && length < PgnLineReader::kLineSize - 1) {
+        line_[length] = firstLine[length];
+        ++length;
+    }
+    line_[length] = 0;
+    position_ = 0;
+}
+
+// Reads the next line into line_, converted up to its first NUL byte; 0 at end of file.
+int PgnLexer::NextLine() {
+    char bytes[PgnLineReader::kLineSize];
+    int length = 0;
+    if (!reader_.ReadLine(bytes, &length)) return 0;
+    std::u16string text = platform::AnsiToWide(std::string_view(bytes, std::strlen(bytes)));
+    std::size_t count = std::min<std::size_t>(text.size(), PgnLineReader::kLineSize - 1);
+    std::memcpy(line_, text.data(), count * sizeof(char16_t));
+    line_[count] = 0;
+    return 1;
+}
+
+// Returns the next token. A result, a "[" line (the next game's tags) and an annotation glyph
+// all end the move section; a glyph is copied into tokenText (as "$n" when it is one of the six
+// standard ones) before End is returned.
+TokenKind PgnLexer::NextToken(char16_t* tokenText) {
+    if (position_ == -1) {
+        if (!NextLine()) return TokenKind::End;
+        if (line_[0] == u'[') return TokenKind::End;
+        position_ = 0;
+    }
+    const char16_t* line = line_;
+    int start = position_;
+    char16_t c = line[start];
+
+    // Copies line[start, end) into tokenText and moves past it.
+    auto take = [&](int end, TokenKind kind) {
+        std::memcpy(tokenText, line + start, (end - start) * sizeof(char16_t));
+        tokenText[end - start] = 0;
+        position_ = end;
+        return kind;
+    };
+    auto scanMove = [&]() {
+        int end = start + 1;
+        while (IsSanCharacter(line[end]))
+            ++end;
+        return take(end, TokenKind::Move);
+    };
+
+    if (StartsMove(c)) return scanMove();
+    switch (c) {
+        case 0:
+            position_ = -1;
+            return TokenKind::Whitespace;
+        case u' ':
+        case u'\t':
+            while (line[position_] == u' ' || line[position_] == u'\t')
+                ++position_;
+            return TokenKind::Whitespace;
+        case u'{':
+            ++position_;
+            return TokenKind::CommentStart;
+        case u';':
+            ++position_;
+            return TokenKind::LineComment;
+        case u'(':
+            ++position_;
+            return TokenKind::VariationStart;
+        case u')':
+            ++position_;
+            return TokenKind::VariationEnd;
+        case u'*':
+            return TokenKind::End;
+        case u'.':
+            while (line[position_] == u'.')
+                ++position_;
+            return TokenKind::Whitespace;
+        case u'$': {
+            int end = start + 1;
+            while (IsDigit(line[end]))
+                ++end;
+            return take(end, TokenKind::Nag);
+        }
+        case u'0':
+            if (line[start + 1] == u'-' && line[start + 2] == u'0') return scanMove();
+            return TokenKind::End;
+        case u'!':
+        case u'?': {
+            int length = IsGlyphCharacter(line[start + 1]) ? 2 : 1;
+            std::memcpy(tokenText, line + start, length * sizeof(char16_t));
+            tokenText[length] = 0;
+            for (int index = 0; index < 6; ++index) {
+                if (std::u16string_view(tokenText, length) == kGlyphs[index]) {
+                    tokenText[0] = u'$';
+                    tokenText[1] = static_cast<char16_t>(u'1' + index);
+                    tokenText[2] = 0;
+                    break;
+                }
+            }
+            // The rule of "0" applied to the character after the glyph's first one.
+            if (line[start + 1] == u'-' && line[start + 2] == u'0') return scanMove();
+            return TokenKind::End;
+        }
+        default:
+            break;
+    }
+    if (c == u'1' && (line[start + 1] == u'-' || line[start + 1] == u'/')) return TokenKind::End;
+    if (c >= u'1' && c <= u'9') {
+        int end = start + 1;
+        while (IsDigit(line[end]))
+            ++end;
+        while (line[end] == u'.')
+            ++end;
+        return take(end, TokenKind::MoveNumber);
+    }
+    int length = 0;
+    while (length < kUnknownLength && line[start + length] != 0) {
+        tokenText[length] = line[start + length];
+        ++length;
+    }
+    tokenText[length] = 0;
+    return TokenKind::Unknown;
+}
+
+// Collects the comment text up to "}", joining lines with one blank, and gives it to position
+// without its leading blanks and tabs. Returns 1 without attaching anything when the file ends
+// first, 0 when the text outgrows the memory available.
+int PgnLexer::ReadComment(Position* position) {
+    int capacity = kCommentCapacity;
+    std::unique_ptr<char16_t[]> text(new (std::nothrow) char16_t[capacity]);
+    if (!text) return 0;
+    int length = 0;
+
+    // Appends c, doubling the buffer when it is full; 0 when it cannot grow.
+    auto append = [&](char16_t c) {
+        if (length + 1 >= capacity) {
+            if (capacity > std::numeric_limits<int>::max() / 2) return 0;
+            std::unique_ptr<char16_t[]> bigger(new (std::nothrow) char16_t[capacity * 2]);
+            if (!bigger) return 0;
+            std::memcpy(bigger.get(), text.get(), length * sizeof(char16_t));
+            text = std::move(bigger);
+            capacity *= 2;
+        }
+        text[length++] = c;
+        return 1;
+    };
+
+    for (;;) {
+        if (position_ == -1) {
+            if (!NextLine()) return 1;
+            position_ = 0;
+        }
+        char16_t c = line_[position_];
+        if (c == u'}') {
+            text[length] = 0;
+            int start = 0;
+            while (text[start] == u' ' || text[start] == u'\t')
+                ++start;
+            if (position) position->SetComment(text.get() + start, 1);
+            ++position_;
+            return 1;
+        }
+        if (c == 0) {
+            position_ = -1;
+            continue;
+        }
+        if (position_ == 0 && !append(u' ')) return 0;
+        if (!append(c)) return 0;
+        ++position_;
+    }
+}
+
+}  // namespace velmora

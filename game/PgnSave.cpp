@@ -122,7 +122,8 @@ std::int32_t AppendTo(Game& game, void* ownerWindow, GameIndex& gameFile,
         game.offset = game.endOffset = static_cast<std::uint32_t>(size + 2);
         game.saveMode = 2;
     } else {
-        game.endOffset = 0;
+        // A new file holds only this game, so its text starts at offset 0.
+        game.offset = game.endOffset = 0;
         game.saveMode = 0;
     }
     if (std::int32_t result = SaveInPlace(game, ownerWindow, fileSystem)) return result;

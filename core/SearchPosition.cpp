@@ -1,0 +1,173 @@
+// SearchPosition: applying moves in place with piece counts, and the two match tests.
+#include "core/SearchPosition.h"
+
+#include <cstring>
+
+namespace velmora {
+
+namespace {
+
+void ClearCastleFlagsFor(Position& p, int left) {
+    switch (left) {
+        case 4:
+            p.castleWhiteKing = p.castleWhiteQueen = 0;
+            break;
+        case 7:
+            p.castleWhiteKing = 0;
+            break;
+        case 0:
+            p.castleWhiteQueen = 0;
+            break;
+        case 60:
+            p.castleBlackKing = p.castleBlackQueen = 0;
+            break;
+        case 63:
+            p.castleBlackKing = 0;
+            break;
+        case 56:
+            p.castleBlackQueen = 0;
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+SearchPosition::SearchPosition(const Position* target, const WantedCounts& wantedWhite,
+                               const WantedCounts& wantedBlack)
+    : target_(target), wantedWhite_(wantedWhite), wantedBlack_(wantedBlack) {
+    if (target != nullptr) {
+        for (PieceCode code : target->board)
+            targetPieceCount += code != 0;
+    } else {
+        targetPieceCount = 2;
+        for (int type = kPawn; type <= kQueen; ++type) {
+            targetPieceCount += wantedWhite[type] + wantedBlack[type];
+        }
+    }
+    CountPieces();
+    TestMatch();
+}
+
+// Counts the occupied squares (kings included) and the pieces of each type and colour.
+void SearchPosition::CountPieces() {
+    pieceCount = 0;
+    whiteCounts.fill(0);
+    blackCounts.fill(0);
+    for (PieceCode code : board) {
+        if (code == 0) continue;
+        ++pieceCount;
+        int type = TypeOf(code);
+        if (type < kPawn || type > kQueen) continue;
+        ++(ColourOf(code) == kWhite ? whiteCounts : blackCounts)[type - 1];
+    }
+}
+
+int SearchPosition::SetFromText(const char16_t* text) {
+    int result = Position::SetFromText(text);
+    if (result) {
+        CountPieces();
+        found = impossible = 0;
+        TestMatch();
+    }
+    return result;
+}
+
+// Applies the move in place. An en-passant capture removes the pawn without lowering the
+// counts, so the piece count stays one too high for the rest of the game: intended, it is how
+// matching has always behaved.
+SearchPosition* SearchPosition::ApplyMove(int from, int to, int promotion) {
+    if (sideToMove == kWhite) {
+        ++moveNumber;
+        signedMoveNumber = moveNumber;
+    } else {
+        signedMoveNumber = -moveNumber;
+    }
+    sideToMove = OtherSide(sideToMove);
+
+    PieceCode mover = board[from];
+    if (PieceCode taken = board[to]) {
+        int type = TypeOf(taken);
+        if (type >= kPawn && type <= kQueen) {
+            --(ColourOf(taken) == kWhite ? whiteCounts : blackCounts)[type - 1];
+        }
+        --pieceCount;
+    }
+    if (TypeOf(mover) == kPawn && to == enPassant) {
+        board[FileOf(to) + 8 * RankOf(from)] = 0;
+    } else if (mover == kKing && from == 4 && (to == 6 || to == 2)) {
+        board[to == 6 ? 5 : 3] = board[to == 6 ? 7 : 0];
+        board[to == 6 ? 7 : 0] = 0;
+    } else if (mover == kBlack + kKing && from == 60 && (to == 62 || to == 58)) {
+        board[to == 62 ? 61 : 59] = board[to == 62 ? 63 : 56];
+        board[to == 62 ? 63 : 56] = 0;
+    }
+    if (mover == kPawn && RankOf(from) == 1 && RankOf(to) == 3) {
+        enPassant = static_cast<Square>(FileOf(to) + 16);
+    } else if (mover == kBlack + kPawn && RankOf(from) == 6 && RankOf(to) == 4) {
+        enPassant = static_cast<Square>(FileOf(to) + 40);
+    } else {
+        enPassant = kNoSquare;
+    }
+
+    board[to] = mover;
+    // The square takes the promotion value as given (a bare type, for Black too), which keeps
+    // the counts right because callers pass the type.
+    if (mover == kPawn && RankOf(to) == 7) {
+        board[to] = static_cast<PieceCode>(promotion);
+        --whiteCounts[0];
+        if (promotion >= kPawn && promotion <= kQueen) ++whiteCounts[promotion - 1];
+    } else if (mover == kBlack + kPawn && RankOf(to) == 0) {
+        board[to] = static_cast<PieceCode>(promotion);
+        --blackCounts[0];
+        if (promotion >= kPawn && promotion <= kQueen) ++blackCounts[promotion - 1];
+    }
+    board[from] = 0;
+    ClearCastleFlagsFor(*this, from);
+
+    TestMatch();
+    return found || impossible ? nullptr : this;
+}
+
+// Sets found and impossible. A target matches on equal squares once the piece counts agree;
+// fewer pieces than it has can never match again. A material balance matches when every
+// count equals the wanted one; fewer pawns than wanted, or more pawns plus missing pieces
+// than eight (each missing piece needs a promotion), can never match again.
+void SearchPosition::TestMatch() {
+    if (target_ != nullptr) {
+        if (pieceCount == targetPieceCount) {
+            found = std::memcmp(board, target_->board, sizeof board) == 0;
+        } else {
+            found = 0;
+            if (pieceCount < targetPieceCount) impossible = 1;
+        }
+        return;
+    }
+    if (pieceCount != targetPieceCount) {
+        found = 0;
+        if (pieceCount < targetPieceCount) impossible = 1;
+        return;
+    }
+    found = 1;
+    int shortfall[2] = {0, 0};
+    for (int type = kPawn; type <= kQueen; ++type) {
+        for (int side = 0; side < 2; ++side) {
+            const auto& counts = side == 0 ? whiteCounts : blackCounts;
+            const WantedCounts& wanted = side == 0 ? wantedWhite_ : wantedBlack_;
+            int have = counts[type - 1];
+            if (have > wanted[type]) found = 0;
+            if (have < wanted[type]) {
+                found = 0;
+                if (type == kPawn) {
+                    impossible = 1;
+                } else {
+                    shortfall[side] = wanted[type] - have;
+                }
+            }
+            if (counts[0] + shortfall[side] > 8) impossible = 1;
+        }
+    }
+}
+
+}  // namespace velmora

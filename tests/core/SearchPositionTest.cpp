@@ -1,0 +1,101 @@
+// Replaying games in place and testing for a wanted position or material balance.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "core/SearchPosition.h"
+#include "tests/core/TestBoards.h"
+
+namespace velmora {
+namespace {
+
+using testing::Sq;
+using Wanted = SearchPosition::WantedCounts;
+
+const Wanted kFullArmy = {0, 8, 2, 2, 2, 1};
+const Wanted kNone = {};
+
+// Plays "e2e4"-style moves; returns what the last ApplyMove returned.
+SearchPosition* Replay(SearchPosition& search, std::initializer_list<const char*> moves) {
+    SearchPosition* result = &search;
+    for (const char* m : moves)
+        result = search.ApplyMove(Sq(m), Sq(m + 2), 0);
+    return result;
+}
+
+TEST(SearchPosition, TargetPositionIsFoundAfterTheMoveThatReachesIt) {
+    Position initial;
+    EXPECT_EQ(SearchPosition(&initial, kNone, kNone).found, 1u);  // before any move
+
+    auto target = testing::FromText("rnbqkbnr/pppp1ppp/8/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R b - - 0 2");
+    SearchPosition search(target.get(), kNone, kNone);
+    EXPECT_EQ(Replay(search, {"e2e4", "e7e5"}), &search);
+    EXPECT_EQ(search.signedMoveNumber, -1);
+    EXPECT_EQ(Replay(search, {"g1f3"}), nullptr);
+    EXPECT_EQ(search.found, 1u);
+    EXPECT_EQ(search.signedMoveNumber, 2);
+}
+
+TEST(SearchPosition, PieceCountsDecideWhenToGoOnOrStop) {
+    // A target with fewer pieces may still come; a game with fewer pieces than it never gets back.
+    auto fewer = testing::FromText("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPP1/RNBQKBNR w - - 0 1");
+    SearchPosition early(fewer.get(), kNone, kNone);
+    EXPECT_EQ(early.found + early.impossible, 0u);
+    Position initial;
+    SearchPosition late(&initial, kNone, kNone);
+    late.SetFromText(u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPP1/RNBQKBNR w - - 0 1");
+    EXPECT_EQ(late.impossible, 1u);
+    EXPECT_EQ(late.ApplyMove(Sq("a2"), Sq("a3"), 0), nullptr);
+}
+
+// Intended: an en-passant capture removes the pawn but not its count, so the piece count stays
+// one too high and the true position after it is not matched.
+TEST(SearchPosition, EnPassantLeavesThePieceCountHigh) {
+    auto after = testing::FromText("rnbqkbnr/1pp1pppp/p2P4/8/8/8/PPPP1PPP/RNBQKBNR b - - 0 3");
+    SearchPosition search(after.get(), kNone, kNone);
+    Replay(search, {"e2e4", "a7a6", "e4e5", "d7d5", "e5d6"});
+    EXPECT_EQ(std::memcmp(search.board, after->board, 64), 0);
+    EXPECT_EQ(search.pieceCount, 32u);
+    EXPECT_EQ(search.blackCounts[0], 8);
+    EXPECT_EQ(search.found, 0u);
+}
+
+// Intended: a black pawn promotes to the bare type it is given, while the counts follow it.
+TEST(SearchPosition, BlackPromotionStoresTheBareType) {
+    SearchPosition search(nullptr, kNone, kNone);
+    search.SetFromText(u"4k3/8/8/8/8/8/p7/4K3 b - - 0 1");
+    search.ApplyMove(Sq("a2"), Sq("a1"), kQueen);
+    EXPECT_EQ(search.board[Sq("a1")], kQueen);
+    EXPECT_EQ(search.blackCounts[kPawn - 1], 0);
+    EXPECT_EQ(search.blackCounts[kQueen - 1], 1);
+}
+
+TEST(SearchPosition, MaterialBalance) {
+    const Wanted noQueen = {0, 8, 2, 2, 2, 0};
+    const Wanted bishopForQueen = {0, 8, 2, 2, 1, 1};
+    const Wanted sevenPawnsTwoQueens = {0, 7, 2, 2, 1, 2};
+    struct Case {
+        const char16_t* text;
+        Wanted white;
+        std::uint32_t found, impossible;
+    } cases[] = {
+        {u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", kFullArmy, 1, 0},
+        // One white queen fewer than on the board: more pieces than wanted, never a match yet.
+        {u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", noQueen, 0, 0},
+        // Equal counts, one queen more wanted with eight pawns left: no pawn can promote.
+        {u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNB1KBNR w KQkq - 0 1", bishopForQueen, 0, 1},
+        // Seven pawns and a queen short: a promotion could still bring it.
+        {u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPP1/RNBQKBNR w KQkq - 0 1", sevenPawnsTwoQueens, 0, 0},
+        // Fewer pawns than wanted can never be made up.
+        {u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPP1/RNBQKBNR w KQkq - 0 1", bishopForQueen, 0, 1},
+    };
+    for (const Case& c : cases) {
+        SearchPosition search(nullptr, c.white, kFullArmy);
+        search.SetFromText(c.text);
+        EXPECT_EQ(search.found, c.found) << testing::Narrow(c.text);
+        EXPECT_EQ(search.impossible, c.impossible) << testing::Narrow(c.text);
+    }
+}
+
+}  // namespace
+}  // namespace velmora

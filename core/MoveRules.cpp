@@ -126,33 +126,6 @@ int CastlingVerdict(const Position& p, PieceCode code, Square from, Square to) {
     return -1;
 }
 
-// Clears the castle flags that the square a piece left gives up. A rook taken on its home
-// square leaves the flag set (kept that way).
-void ClearCastleFlags(Position& p, Square left) {
-    switch (left) {
-        case kE1:
-            p.castleWhiteKing = p.castleWhiteQueen = 0;
-            break;
-        case kH1:
-            p.castleWhiteKing = 0;
-            break;
-        case kA1:
-            p.castleWhiteQueen = 0;
-            break;
-        case kE8:
-            p.castleBlackKing = p.castleBlackQueen = 0;
-            break;
-        case kH8:
-            p.castleBlackKing = 0;
-            break;
-        case kA8:
-            p.castleBlackQueen = 0;
-            break;
-        default:
-            break;
-    }
-}
-
 }  // namespace
 
 int PieceMoves(const Position& position, Square from, Square to) {
@@ -253,6 +226,33 @@ int CandidateOrigins(Position& position, PieceCode code, Square from, Square to,
         }
     }
     return count;
+}
+
+// Clears the castle flags that the square a piece left gives up. A rook taken on its home
+// square leaves the flag set (kept that way).
+void ClearCastleFlags(Position& p, Square left) {
+    switch (left) {
+        case kE1:
+            p.castleWhiteKing = p.castleWhiteQueen = 0;
+            break;
+        case kH1:
+            p.castleWhiteKing = 0;
+            break;
+        case kA1:
+            p.castleWhiteQueen = 0;
+            break;
+        case kE8:
+            p.castleBlackKing = p.castleBlackQueen = 0;
+            break;
+        case kH8:
+            p.castleBlackKing = 0;
+            break;
+        case kA8:
+            p.castleBlackQueen = 0;
+            break;
+        default:
+            break;
+    }
 }
 
 void SetPromotionChooser(PromotionChooser chooser) {

@@ -37,6 +37,8 @@ struct MoveEffects {
 // Moves the piece on from to to on a bare board, taking an en-passant pawn, moving the
 // castling rook and noting a double step. Promotion and castle flags are left to the caller.
 MoveEffects ApplyMoveToBoard(PieceCode* board, Square from, Square to, Square enPassant);
+// Clears the castle flags that a piece leaving square gives up (king or rook home squares).
+void ClearCastleFlags(Position& position, Square left);
 
 // The program-wide promotion chooser: given the caller's context it returns the piece type
 // (2..5) to promote to, or 0 for no choice (the queen is taken then).

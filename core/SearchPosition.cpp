@@ -3,36 +3,9 @@
 
 #include <cstring>
 
+#include "core/MoveRules.h"
+
 namespace velmora {
-
-namespace {
-
-void ClearCastleFlagsFor(Position& p, int left) {
-    switch (left) {
-        case 4:
-            p.castleWhiteKing = p.castleWhiteQueen = 0;
-            break;
-        case 7:
-            p.castleWhiteKing = 0;
-            break;
-        case 0:
-            p.castleWhiteQueen = 0;
-            break;
-        case 60:
-            p.castleBlackKing = p.castleBlackQueen = 0;
-            break;
-        case 63:
-            p.castleBlackKing = 0;
-            break;
-        case 56:
-            p.castleBlackQueen = 0;
-            break;
-        default:
-            break;
-    }
-}
-
-}  // namespace
 
 SearchPosition::SearchPosition(const Position* target, const WantedCounts& wantedWhite,
                                const WantedCounts& wantedBlack)
@@ -94,24 +67,10 @@ SearchPosition* SearchPosition::ApplyMove(int from, int to, int promotion) {
         }
         --pieceCount;
     }
-    if (TypeOf(mover) == kPawn && to == enPassant) {
-        board[FileOf(to) + 8 * RankOf(from)] = 0;
-    } else if (mover == kKing && from == 4 && (to == 6 || to == 2)) {
-        board[to == 6 ? 5 : 3] = board[to == 6 ? 7 : 0];
-        board[to == 6 ? 7 : 0] = 0;
-    } else if (mover == kBlack + kKing && from == 60 && (to == 62 || to == 58)) {
-        board[to == 62 ? 61 : 59] = board[to == 62 ? 63 : 56];
-        board[to == 62 ? 63 : 56] = 0;
-    }
-    if (mover == kPawn && RankOf(from) == 1 && RankOf(to) == 3) {
-        enPassant = static_cast<Square>(FileOf(to) + 16);
-    } else if (mover == kBlack + kPawn && RankOf(from) == 6 && RankOf(to) == 4) {
-        enPassant = static_cast<Square>(FileOf(to) + 40);
-    } else {
-        enPassant = kNoSquare;
-    }
-
-    board[to] = mover;
+    // The board moves as in play (en-passant pawn, castling rook); promotion and counts here.
+    enPassant =
+        ApplyMoveToBoard(board, static_cast<Square>(from), static_cast<Square>(to), enPassant)
+            .newEnPassant;
     // The square takes the promotion value as given (a bare type, for Black too), which keeps
     // the counts right because callers pass the type.
     if (mover == kPawn && RankOf(to) == 7) {
@@ -123,8 +82,7 @@ SearchPosition* SearchPosition::ApplyMove(int from, int to, int promotion) {
         --blackCounts[0];
         if (promotion >= kPawn && promotion <= kQueen) ++blackCounts[promotion - 1];
     }
-    board[from] = 0;
-    ClearCastleFlagsFor(*this, from);
+    ClearCastleFlags(*this, static_cast<Square>(from));
 
     TestMatch();
     return found || impossible ? nullptr : this;

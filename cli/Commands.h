@@ -36,4 +36,8 @@ extern const char kCheckUsage[];
 extern const char kAppendUsage[];
 extern const char kResaveUsage[];
 
+// velmora-pgn search [criteria] FILE...: the games of the files that meet the criteria.
+int RunSearch(const Arguments& args, std::ostream& out, std::ostream& err);
+extern const char kSearchUsage[];
+
 }  // namespace velmora::cli

@@ -1,9 +1,9 @@
 // velmora-pgn list, show, fens, check, append and resave: the PGN core from a shell.
-#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <string>
 
+#include "cli/CommandSupport.h"
 #include "cli/Commands.h"
 #include "core/Position.h"
 #include "core/San.h"
@@ -42,60 +42,6 @@ const char kResaveUsage[] =
 
 namespace {
 
-// Prints the messages the core would show in a message box: "caption: text" on err.
-class StreamMessages final : public UserMessages {
-  public:
-    explicit StreamMessages(std::ostream& err) : err_(err), previous_(&GetUserMessages()) {
-        SetUserMessages(this);
-    }
-    ~StreamMessages() override { SetUserMessages(previous_ == this ? nullptr : previous_); }
-
-    int Show(const std::u16string& text, const std::u16string& caption, MessageIcon,
-             MessageButtons buttons, void*) override {
-        std::u16string shown = text;
-        while (!shown.empty() && (shown.back() == u'\n' || shown.back() == u'\r')) {
-            shown.pop_back();
-        }
-        Print(err_, caption);
-        err_ << ": ";
-        Print(err_, shown);
-        err_ << '\n';
-        return buttons == MessageButtons::Ok ? kAnswerOk : kAnswerNo;
-    }
-
-  private:
-    std::ostream& err_;
-    UserMessages* previous_;
-};
-
-// Shows how far a long scan has got, on standard error when it is a terminal, at most a few
-// times a second.
-class Progress {
-  public:
-    Progress(std::ostream& err, const std::u16string& label)
-        : err_(err), label_(label), enabled_(platform::StandardErrorIsTerminal()) {}
-    ~Progress() {
-        if (shown_) err_ << "\r\x1b[K" << std::flush;
-    }
-    void Update(const char* what, long long value) {
-        if (!enabled_) return;
-        auto now = std::chrono::steady_clock::now();
-        if (now - last_ < std::chrono::milliseconds(250)) return;
-        last_ = now;
-        shown_ = true;
-        err_ << '\r';
-        Print(err_, label_);
-        err_ << ": " << value << ' ' << what << std::flush;
-    }
-
-  private:
-    std::ostream& err_;
-    std::u16string label_;
-    bool enabled_;
-    bool shown_ = false;
-    std::chrono::steady_clock::time_point last_{};
-};
-
 // Writes through to an output stream, so the PGN writer can print a game.
 class StreamFile final : public platform::File {
   public:
@@ -120,11 +66,6 @@ class StreamFile final : public platform::File {
     std::ostream& out_;
 };
 
-void PrintField(std::ostream& out, const OwnedText& text) {
-    out << '\t';
-    if (!text.IsNull()) Print(out, text.View());
-}
-
 // Reads a game number: a whole number from 1 up. Returns 0 for anything else.
 int ParseGameNumber(const std::u16string& text) {
     if (text.empty() || text.size() > 9) return 0;
@@ -134,16 +75,6 @@ int ParseGameNumber(const std::u16string& text) {
         number = number * 10 + (c - u'0');
     }
     return number;
-}
-
-bool WantsHelp(const Arguments& args, const char* usage, std::ostream& out) {
-    for (const std::u16string& arg : args) {
-        if (arg == u"--help") {
-            out << usage;
-            return true;
-        }
-    }
-    return false;
 }
 
 // Scans a file into its index, with progress. Returns false (the reason already shown) when
@@ -218,17 +149,8 @@ int RunList(const Arguments& args, std::ostream& out, std::ostream& err) {
     if (!LoadIndex(index, err)) return kExitFailed;
     int number = 0;
     for (GameSummary* entry = index.First(); entry; entry = entry->next.get()) {
-        out << ++number << '\t' << entry->offset;
-        PrintField(out, entry->white);
-        PrintField(out, entry->black);
-        out << '\t';
-        Print(out, entry->ResultText(0));
-        PrintField(out, entry->date);
-        PrintField(out, entry->event);
-        PrintField(out, entry->round);
-        PrintField(out, entry->site);
-        PrintField(out, entry->eco);
-        PrintField(out, entry->start);
+        out << ++number << '\t';
+        PrintSummary(out, *entry);
         out << '\n';
     }
     err << index.Count() << " games\n";

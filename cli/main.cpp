@@ -20,7 +20,7 @@ const Command kCommands[] = {
     {u"play", RunPlay, kPlayUsage},       {u"list", RunList, kListUsage},
     {u"show", RunShow, kShowUsage},       {u"fens", RunFens, kFensUsage},
     {u"check", RunCheck, kCheckUsage},    {u"append", RunAppend, kAppendUsage},
-    {u"resave", RunResave, kResaveUsage},
+    {u"resave", RunResave, kResaveUsage}, {u"search", RunSearch, kSearchUsage},
 };
 
 void PrintUsage(std::ostream& stream) {

@@ -26,6 +26,11 @@ class SearchPosition : public Position {
     // Returns this object while the search should go on, null once the position matches or
     // can no longer match.
     SearchPosition* ApplyMove(int from, int to, int promotion);
+    // Moves read from a game come here: applied in place, nothing hung into a move tree.
+    Position* PlayMove(int from, int to, MoveNode* replace, int promotionType,
+                       void* promotionContext) override {
+        return ApplyMove(from, to, promotionType);
+    }
     // Reads a position text; on success recounts the pieces and tests for a match.
     int SetFromText(const char16_t* text) override;
 

@@ -119,6 +119,9 @@ class GameSummary : public GameHeader {
     std::unique_ptr<GameSummary> next;
     OwnedText eco;
     OwnedText start;
+    // Where game search met the wanted position: +n after White's move n, -n after Black's,
+    // 0 at the start.
+    std::int32_t foundAt = 0;
 
   private:
     std::shared_ptr<const std::u16string> path_;  // shared by the summaries of one file

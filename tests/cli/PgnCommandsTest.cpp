@@ -1,4 +1,5 @@
-// velmora-pgn list, show, fens, check, append and resave: arguments, output, messages, exit codes.
+// velmora-pgn list, show, fens, check, append, resave and search: arguments, output, messages, exit
+// codes.
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -94,6 +95,59 @@ TEST(PgnCommands, UsageErrorsAndFailures) {
     Outcome beyond = Execute(RunShow, {kThree, u"4"});
     EXPECT_EQ(beyond.code, kExitFailed);
     EXPECT_NE(beyond.err.find("There is no game 4 in "), std::string::npos) << beyond.err;
+}
+
+TEST(PgnCommands, Search) {
+    const std::u16string a = test::DataPath("search-a.pgn");
+    const std::u16string b = test::DataPath("search-b.pgn");
+    const std::string pathA = WideToUtf8(a), pathB = WideToUtf8(b);
+    Outcome found = Execute(RunSearch, {u"--white", u"@zed", u"--ignore-colors", a, b});
+    EXPECT_EQ(found.code, kExitOk);
+    EXPECT_EQ(found.out, pathA +
+                             "\t1\t0\tAbc\tZed\t1-0\t??\\??\tSearch\t?\t?\tC20\t"
+                             "1. e4 e5 2. Nf3 Nc6 (2... d6 3\n" +
+                             pathB +
+                             "\t1\t0\tZed\tAbc\t1/2-1/2\t??\\??\tSearch\t?\t?\tC20\t"
+                             "1. e4 e5 2. Nf3 Nc6 3. Bb5 1/2\n");
+    EXPECT_TRUE(found.err.ends_with("6 games searched in 2 files, 2 found\n")) << found.err;
+    // Material and position searches end each line with where the game got there.
+    Outcome material = Execute(RunSearch, {u"--material", u"P1/", u"--result", u"1/2-1/2", a});
+    EXPECT_EQ(material.code, kExitOk);
+    EXPECT_TRUE(material.out.starts_with(pathA + "\t3\t")) << material.out;
+    EXPECT_TRUE(material.out.ends_with("\t(Position)\t0\n")) << material.out;
+    Outcome position = Execute(
+        RunSearch,
+        {u"--position", u"r1bqkbnr/pppp1ppp/2n5/1B2p3/4P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 3 3", b});
+    EXPECT_TRUE(position.out.ends_with("1/2\t3\n")) << position.out;
+    // A file that cannot be read is reported; the others are still searched.
+    Outcome missing = Execute(RunSearch, {u"--eco", u"C20", test::DataPath("none.pgn"), b});
+    EXPECT_EQ(missing.code, kExitFailed);
+    EXPECT_NE(missing.err.find("Unable to open file: "), std::string::npos) << missing.err;
+    EXPECT_TRUE(missing.err.ends_with("2 games searched in 1 files, 1 found\n")) << missing.err;
+}
+
+TEST(PgnCommands, SearchNeedsACriterionBesidesTheResult) {
+    Outcome run = Execute(RunSearch, {u"--result", u"1-0", test::DataPath("search-a.pgn")});
+    EXPECT_EQ(run.code, kExitUsage);
+    EXPECT_EQ(run.err, "Game search: At least one criteria (other than result) must be filled\n");
+    const Arguments wrong[] = {
+        {u"--white", u"x"},  // no file
+        {u"--white"},
+        {u"--result", u"1-1", u"--white", u"x", u"f.pgn"},
+        {u"--material", u"P8K1/", u"f.pgn"},
+        {u"--material", u"P8P1/", u"f.pgn"},
+        {u"--material", u"P8", u"f.pgn"},
+        {u"--material", u"Q/", u"f.pgn"},
+        {u"--position", u"8/8/8/8/8/8/8/8 w KQx - 0 1", u"f.pgn"},
+        {u"--material", u"/", u"--position", u"8/8/8/8/8/8/8/8 w - - 0 1", u"f.pgn"},
+        {u"--colour", u"f.pgn"},
+    };
+    for (const Arguments& args : wrong) {
+        Outcome bad = Execute(RunSearch, args);
+        EXPECT_EQ(bad.code, kExitUsage) << WideToUtf8(args[0]) << " " << WideToUtf8(args.back());
+        EXPECT_NE(bad.err.find("Usage: velmora-pgn search"), std::string::npos);
+        EXPECT_EQ(bad.out, "");
+    }
 }
 
 }  // namespace

@@ -1,0 +1,169 @@
+// GameSearch: the per-game filter over the scanner, and the replay of the main line.
+#include "game/GameSearch.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "game/PgnLexer.h"
+#include "game/PgnLineReader.h"
+#include "game/PgnParser.h"
+#include "platform/CodePage.h"
+
+namespace velmora {
+
+namespace {
+
+// Upper case of the letters a PGN file in the ANSI code page can hold: ASCII, Latin-1 and
+// Latin Extended-A (where capitals and small letters alternate).
+char16_t UpperCase(char16_t c) {
+    if (c >= u'a' && c <= u'z') return c - 0x20;
+    if (c < 0xE0) return c;
+    if (c <= 0xFE) return c == 0xF7 ? c : c - 0x20;
+    if (c == 0xFF) return 0x178;
+    if ((c >= 0x100 && c <= 0x137) || (c >= 0x14A && c <= 0x177)) return c & ~1;
+    if ((c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E)) return (c & 1) ? c : c - 1;
+    return c;
+}
+
+bool StartsWith(const char* line, const char* prefix) {
+    return std::strncmp(line, prefix, std::strlen(prefix)) == 0;
+}
+
+}  // namespace
+
+bool SearchCriteria::IsUsable() const {
+    return !white.empty() || !black.empty() || !eco.empty() || position != nullptr || material;
+}
+
+void SearchCriteria::Truncate() {
+    if (white.size() > kNameLength) white.resize(kNameLength);
+    if (black.size() > kNameLength) black.resize(kNameLength);
+    if (eco.size() > kEcoLength) eco.resize(kEcoLength);
+}
+
+GameSearch::GameSearch(const SearchCriteria& criteria, platform::FileSystem& fileSystem)
+    : criteria_(criteria), fileSystem_(fileSystem) {}
+
+GameSearch::~GameSearch() = default;
+
+bool GameSearch::NameMatches(const OwnedText& name, std::u16string_view pattern) {
+    std::u16string_view text = name.View();
+    if (pattern.empty() || pattern[0] != u'@') return text == pattern;
+    // Only the first 64 characters of the name are looked at, upper-cased like the pattern.
+    char16_t upper[SearchCriteria::kNameLength];
+    std::size_t length = std::min(text.size(), SearchCriteria::kNameLength);
+    for (std::size_t i = 0; i < length; ++i)
+        upper[i] = UpperCase(text[i]);
+    std::u16string wanted(pattern.substr(1));
+    for (char16_t& c : wanted)
+        c = UpperCase(c);
+    return std::u16string_view(upper, length).find(wanted) != std::u16string_view::npos;
+}
+
+std::unique_ptr<GameSearchResults> GameSearch::Run(const std::vector<std::u16string>& paths,
+                                                   SearchObserver* observer) {
+    auto results = std::make_unique<GameSearchResults>();
+    results_ = results.get();
+    observer_ = observer;
+    running_ = true;
+    gamesSearched_ = 0;
+    filesSearched_ = 0;
+    found_ = 0;
+    for (fileIndex_ = 0; running_ && fileIndex_ < static_cast<int>(paths.size()); ++fileIndex_) {
+        path_ = std::make_shared<const std::u16string>(paths[fileIndex_]);
+        platform::ErrorCode error = 0;
+        std::unique_ptr<platform::File> file =
+            fileSystem_.Open(*path_, platform::OpenMode::ReadShared, &error);
+        std::int64_t size = -1;
+        if (file && file->Size(&size) != 0) size = 0;
+        if (observer_) observer_->FileStarted(fileIndex_, *path_, file ? size : -1, error);
+        if (!file) continue;
+        ++filesSearched_;
+        gamesInFile_ = 0;
+        PgnLineReader reader(*file);
+        int count = 0;
+        ScanFile(reader, &count, [this](std::unique_ptr<GameSummary> summary, std::uint32_t at) {
+            return Filter(std::move(summary), at);
+        });
+        replayReader_.reset();
+        replayFile_.reset();
+    }
+    running_ = false;
+    results_ = nullptr;
+    observer_ = nullptr;
+    return results;
+}
+
+// Tests the criteria in a fixed order, cheapest first; the replay comes last.
+int GameSearch::Filter(std::unique_ptr<GameSummary> summary, std::uint32_t filePosition) {
+    if (observer_) observer_->Progress(fileIndex_, filePosition);
+    if (!running_) return 0;
+    ++gamesSearched_;
+    ++gamesInFile_;
+    if (!criteria_.white.empty() && !PlayerMatches(*summary, criteria_.white, true)) return 1;
+    if (!criteria_.black.empty() && !PlayerMatches(*summary, criteria_.black, false)) return 1;
+    // A game without an ECO tag has none to equal the wanted text.
+    if (!criteria_.eco.empty() && summary->eco.View() != criteria_.eco) return 1;
+    if (criteria_.result >= 0 && (summary->result & 0xFF) != criteria_.result) return 1;
+    if ((criteria_.position || criteria_.material) && !ReachesPosition(*summary)) return 1;
+    summary->SetFilePath(path_);
+    GameSummary& kept = *summary;
+    results_->AddEntry(std::move(summary));
+    ++found_;
+    if (observer_) observer_->Found(kept, gamesInFile_);
+    return 1;
+}
+
+bool GameSearch::PlayerMatches(const GameSummary& summary, const std::u16string& pattern,
+                               bool whiteFirst) const {
+    const OwnedText& first = whiteFirst ? summary.white : summary.black;
+    const OwnedText& other = whiteFirst ? summary.black : summary.white;
+    return NameMatches(first, pattern) || (criteria_.ignoreColors && NameMatches(other, pattern));
+}
+
+// Reads the game's tag lines again for a set-up position, then plays the main line until the
+// position (or material) is met or can no longer be. Variations are read but not played.
+bool GameSearch::ReachesPosition(GameSummary& summary) {
+    if (!replayReader_) {
+        platform::ErrorCode error = 0;
+        replayFile_ = fileSystem_.Open(*path_, platform::OpenMode::ReadShared, &error);
+        if (!replayFile_) return false;
+        replayReader_ = std::make_unique<PgnLineReader>(*replayFile_);
+    }
+    PgnLineReader& reader = *replayReader_;
+    if (!reader.Seek(summary.offset)) return false;
+
+    SearchPosition position(criteria_.position.get(), criteria_.wantedWhite, criteria_.wantedBlack);
+    char line[PgnLineReader::kLineSize];
+    int length = 0;
+    bool whiteSeen = false;
+    bool setUpPending = false;
+    bool moveSection = false;
+    while (reader.ReadLine(line, &length)) {
+        if (line[0] != '[') {
+            if (!whiteSeen) continue;
+            moveSection = true;
+            break;
+        }
+        if (StartsWith(line, "[White ")) {
+            whiteSeen = true;
+        } else if (StartsWith(line, "[SetUp \"1\"]")) {
+            setUpPending = true;
+        } else if (StartsWith(line, "[FEN ")) {
+            if (!setUpPending) return false;
+            std::u16string text = QuotedValue(platform::AnsiToWide(line).c_str());
+            if (!position.SetFromText(text.c_str())) return false;
+        }
+    }
+    if (!whiteSeen) return false;
+    // The start itself may already match, or already rule the game out.
+    if (!position.found && !position.impossible && moveSection) {
+        PgnLexer lexer(reader, platform::AnsiToWide(line).c_str());
+        ParseMoves(lexer, &position, 0, 1);
+    }
+    if (!position.found) return false;
+    summary.foundAt = position.signedMoveNumber;
+    return true;
+}
+
+}  // namespace velmora

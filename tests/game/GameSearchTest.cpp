@@ -1,0 +1,208 @@
+// Game search over several files: the criteria, the per-game filter, the replay, stopping.
+#include <gtest/gtest.h>
+
+#include "PgnTestSupport.h"
+#include "game/GameSearch.h"
+
+namespace velmora {
+namespace {
+
+const std::u16string kFileA = test::DataPath("search-a.pgn");
+const std::u16string kFileB = test::DataPath("search-b.pgn");
+
+// Names each game found as "a1" (file search-a.pgn, game 1) and notes where it was found.
+struct Recorder final : SearchObserver {
+    void FileStarted(int index, const std::u16string&, std::int64_t size,
+                     platform::ErrorCode) override {
+        files += size < 0 ? "-" : "+";
+    }
+    void Progress(int, std::uint32_t) override {
+        if (++games == stopAfter) search->Stop();
+    }
+    void Found(const GameSummary& summary, int number) override {
+        if (!found.empty()) found += " ";
+        found += (summary.FilePath() == kFileA ? "a" : "b") + std::to_string(number);
+        if (summary.foundAt != 0 || withFoundAt) found += "@" + std::to_string(summary.foundAt);
+    }
+    std::string files, found;
+    int games = 0, stopAfter = -1;
+    bool withFoundAt = false;
+    GameSearch* search = nullptr;
+};
+
+std::string Find(const SearchCriteria& criteria, bool withFoundAt = false) {
+    GameSearch search(criteria);
+    Recorder recorder;
+    recorder.withFoundAt = withFoundAt;
+    search.Run({kFileA, kFileB}, &recorder);
+    return recorder.found;
+}
+
+std::unique_ptr<Position> Target(const char16_t* text) {
+    auto position = std::make_unique<Position>();
+    EXPECT_TRUE(position->SetFromText(text));
+    return position;
+}
+
+TEST(GameSearch, NamesEcoAndResult) {
+    struct Case {
+        const char16_t* white;
+        const char16_t* black;
+        bool ignoreColors;
+        const char16_t* eco;
+        int result;
+        const char* found;
+    } cases[] = {
+        // Exact names, case included; "@" looks for the text in any letter case.
+        {u"Abc", u"", false, u"", -1, "a1 b2"},
+        {u"abc", u"", false, u"", -1, "a4"},
+        {u"@abc", u"", false, u"", -1, "a1 a2 a4 b2"},
+        {u"", u"@BC", false, u"", -1, "a2 b1 b2"},
+        // Ignore colors lets each pattern match either player.
+        {u"Abc", u"", true, u"", -1, "a1 a2 b1 b2"},
+        {u"Abc", u"Zed", false, u"", -1, "a1"},
+        {u"Abc", u"Zed", true, u"", -1, "a1 b1"},
+        // ECO is compared exactly; a game with no ECO tag or an empty one never matches.
+        {u"", u"", false, u"C20", -1, "a1 a4 b1"},
+        {u"", u"", false, u"C2", -1, ""},
+        // "@" alone matches every name, so the result decides: the draw, then "*".
+        {u"@", u"", false, u"", kDraw, "a3 b1"},
+        {u"@", u"", false, u"", kResultUnknown, "a4"},
+        {u"@abc", u"", true, u"C20", kWhiteWins, "a1"},
+    };
+    for (const Case& c : cases) {
+        SearchCriteria criteria;
+        criteria.white = c.white;
+        criteria.black = c.black;
+        criteria.ignoreColors = c.ignoreColors;
+        criteria.eco = c.eco;
+        criteria.result = c.result;
+        EXPECT_EQ(Find(criteria), c.found)
+            << platform::WideToUtf8(c.white) << " / " << platform::WideToUtf8(c.black) << " "
+            << c.ignoreColors;
+    }
+}
+
+TEST(GameSearch, OnlyAResultIsNotEnough) {
+    SearchCriteria criteria;
+    criteria.result = kWhiteWins;
+    EXPECT_FALSE(criteria.IsUsable());
+    criteria.material = true;
+    EXPECT_TRUE(criteria.IsUsable());
+}
+
+TEST(GameSearch, NameMatchingLooksAtTheFirst64CharactersUpperCased) {
+    const std::u16string pad(61, u'-');
+    const std::tuple<const char16_t*, std::u16string, bool> cases[] = {
+        {u"@\u00E9mile", u"\u00C9MILE Zola", true},  // Latin-1 letters
+        {u"@\u0161", u"Kova\u0160", true},           // Latin Extended-A, as in code page 1252
+        {u"@abc", pad + u"abc", true},               // ends at character 64
+        {u"@abc", pad + u"-abc", false},             // runs past it
+        {u"Abc", u"Abc ", false},
+        {u"@", u"", true},
+    };
+    for (const auto& [pattern, name, matches] : cases) {
+        EXPECT_EQ(GameSearch::NameMatches(OwnedText(name.c_str()), pattern), matches)
+            << platform::WideToUtf8(pattern) << " in " << platform::WideToUtf8(name.c_str());
+    }
+    EXPECT_TRUE(GameSearch::NameMatches(OwnedText(), u"@"));  // no name reads as empty
+    SearchCriteria criteria;
+    criteria.white = std::u16string(70, u'x');
+    criteria.eco = u"C20 and more";
+    criteria.Truncate();
+    EXPECT_EQ(criteria.white.size(), 64u);
+    EXPECT_EQ(criteria.eco, u"C20 and");
+}
+
+TEST(GameSearch, PositionAndMaterialReplayTheMainLine) {
+    struct Case {
+        const char16_t* target;  // null: the material below
+        SearchPosition::WantedCounts white, black;
+        const char* found;
+    } cases[] = {
+        // After Black's second move in two games; the game that stops earlier never gets there.
+        {u"r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3",
+         {},
+         {},
+         "a1@-2 b1@-2"},
+        // After White's third move.
+        {u"r1bqkbnr/pppp1ppp/2n5/1B2p3/4P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 3 3", {}, {}, "a1@3 b1@3"},
+        // Reached only in a variation: variations are not played.
+        {u"rnbqkbnr/ppp2ppp/3p4/4p3/3PP3/5N2/PPP2PPP/RNBQKB1R b KQkq - 0 3", {}, {}, ""},
+        // From a set-up position: its start, then after White's move 30.
+        {u"4k3/8/8/8/8/8/4P3/4K3 w - - 0 30", {}, {}, "a3@0"},
+        {u"4k3/8/8/8/4P3/8/8/4K3 b - - 0 30", {}, {}, "a3@30"},
+        // The initial position, before any move of the games that start there.
+        {u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+         {},
+         {},
+         "a1@0 a2@0 a4@0 b1@0 b2@0"},
+        // King and pawn against king: the set-up game at its start.
+        {nullptr, {0, 1, 0, 0, 0, 0}, {}, "a3@0"},
+        {nullptr, {0, 8, 2, 2, 2, 1}, {0, 8, 2, 2, 2, 1}, "a1@0 a2@0 a4@0 b1@0 b2@0"},
+        // White's d-pawn for Black's, after 2. c4 takes nothing: never in these games.
+        {nullptr, {0, 7, 2, 2, 2, 1}, {0, 7, 2, 2, 2, 1}, ""},
+    };
+    for (const Case& c : cases) {
+        SearchCriteria criteria;
+        if (c.target) {
+            criteria.position = Target(c.target);
+        } else {
+            criteria.material = true;
+            criteria.wantedWhite = c.white;
+            criteria.wantedBlack = c.black;
+        }
+        EXPECT_EQ(Find(criteria, true), c.found)
+            << (c.target ? platform::WideToUtf8(c.target) : "");
+    }
+    // Name criteria are tested first; the replay only sees the games they let through.
+    SearchCriteria both;
+    both.white = u"Zed";
+    both.position = Target(u"r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3");
+    EXPECT_EQ(Find(both), "b1@-2");
+}
+
+TEST(GameSearch, ResultsCarryPathsAndOffsetsAcrossFiles) {
+    SearchCriteria criteria;
+    criteria.white = u"@";
+    GameSearch search(criteria);
+    Recorder recorder;
+    const std::u16string missing = test::DataPath("no-such-file.pgn");
+    std::unique_ptr<GameSearchResults> results = search.Run({kFileA, missing, kFileB}, &recorder);
+    // A file that cannot be opened is passed over.
+    EXPECT_EQ(recorder.files, "+-+");
+    EXPECT_EQ(search.FilesSearched(), 2);
+    EXPECT_EQ(search.GamesSearched(), 6);
+    EXPECT_EQ(search.Found(), 6);
+    std::vector<std::pair<std::u16string, std::uint32_t>> expected, actual;
+    for (const std::u16string& path : {kFileA, kFileB}) {
+        GameIndex index(path.c_str());
+        ASSERT_EQ(index.Load(), 1);
+        for (GameSummary* entry = index.First(); entry; entry = entry->next.get())
+            expected.emplace_back(path, entry->offset);
+    }
+    for (GameSummary* entry = results->First(); entry; entry = entry->next.get())
+        actual.emplace_back(entry->FilePath(), entry->offset);
+    EXPECT_EQ(actual, expected);
+}
+
+TEST(GameSearch, StopEndsTheScanAfterTheCurrentGame) {
+    SearchCriteria criteria;
+    criteria.white = u"@";
+    GameSearch search(criteria);
+    Recorder recorder;
+    recorder.search = &search;
+    recorder.stopAfter = 2;  // stopped while told about the second game: it is not taken
+    std::unique_ptr<GameSearchResults> results = search.Run({kFileA, kFileB}, &recorder);
+    EXPECT_EQ(recorder.found, "a1");
+    EXPECT_EQ(recorder.games, 2);    // the scan of the file ends there
+    EXPECT_EQ(recorder.files, "+");  // and no other file is opened
+    EXPECT_EQ(results->First(), results->Last());
+    // The next run starts afresh.
+    recorder = Recorder();
+    search.Run({kFileB}, &recorder);
+    EXPECT_EQ(recorder.found, "b1 b2");
+}
+
+}  // namespace
+}  // namespace velmora

@@ -10,11 +10,12 @@
 #include "game/Game.h"
 #include "game/GameIndex.h"
 #include "game/MoveTree.h"
+#include "game/PgnLineReader.h"
 #include "game/PgnParser.h"
 #include "game/PgnSave.h"
 #include "game/PgnWriter.h"
 #include "game/UserMessages.h"
-#include "platform/Console.h"
+#include "platform/SystemError.h"
 
 namespace velmora::cli {
 
@@ -198,6 +199,17 @@ int RunCheck(const Arguments& args, std::ostream& out, std::ostream& err) {
             unreadable = true;
             continue;
         }
+        // One reader serves every game of the file, so it is read once, in order.
+        platform::ErrorCode error = 0;
+        std::unique_ptr<platform::File> file =
+            platform::SystemFileSystem().Open(path, platform::OpenMode::ReadShared, &error);
+        if (!file) {
+            messages.Show(platform::ErrorTextOrCode(error) + u" (" + path + u")",
+                          u"Unable to open file", MessageIcon::Error, MessageButtons::Ok, nullptr);
+            unreadable = true;
+            continue;
+        }
+        PgnLineReader reader(*file);
         Progress progress(err, path);
         int number = 0;
         for (GameSummary* entry = index.First(); entry; entry = entry->next.get()) {
@@ -205,7 +217,7 @@ int RunCheck(const Arguments& args, std::ostream& out, std::ostream& err) {
             ++games;
             progress.Update("games checked", number);
             Game game(&index);
-            int code = LoadGame(game, nullptr, entry->offset, index.Count());
+            int code = LoadGame(game, reader, entry->offset, index.Count());
             if (code == kPgnOk) {
                 ++loaded;
                 continue;

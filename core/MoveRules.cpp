@@ -1,6 +1,7 @@
 // Move rules: geometry, attacks, legality and playing a move into the tree.
 #include "core/MoveRules.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -84,6 +85,52 @@ int PieceMovesOn(const PieceCode* board, Square from, Square to) {
     }
 }
 
+// Squares reachable from each square, worked out once: the knight's jumps, the king's
+// neighbours and, for each of the eight directions (four straight, then four diagonal), the
+// ray of squares in order until the edge. Lists end at kNoSquare.
+struct AttackTables {
+    Square knight[64][9];
+    Square king[64][9];
+    Square ray[64][8][8];
+
+    constexpr AttackTables() : knight(), king(), ray() {
+        constexpr int kJumps[8][2] = {{1, 2},   {2, 1},   {2, -1}, {1, -2},
+                                      {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
+        constexpr int kSteps[8][2] = {{1, 0}, {-1, 0}, {0, 1},  {0, -1},
+                                      {1, 1}, {1, -1}, {-1, 1}, {-1, -1}};
+        auto on = [](int f, int r) { return f >= 0 && f < 8 && r >= 0 && r < 8; };
+        for (int s = 0; s < 64; ++s) {
+            int f = FileOf(s), r = RankOf(s), n = 0, k = 0;
+            for (int i = 0; i < 8; ++i) {
+                if (on(f + kJumps[i][0], r + kJumps[i][1])) {
+                    knight[s][n++] = MakeSquare(f + kJumps[i][0], r + kJumps[i][1]);
+                }
+                if (on(f + kSteps[i][0], r + kSteps[i][1])) {
+                    king[s][k++] = MakeSquare(f + kSteps[i][0], r + kSteps[i][1]);
+                }
+                int length = 0;
+                for (int g = f + kSteps[i][0], h = r + kSteps[i][1]; on(g, h);
+                     g += kSteps[i][0], h += kSteps[i][1]) {
+                    ray[s][i][length++] = MakeSquare(g, h);
+                }
+                for (int j = length; j < 8; ++j)
+                    ray[s][i][j] = kNoSquare;
+            }
+            for (; n < 9; ++n)
+                knight[s][n] = kNoSquare;
+            for (; k < 9; ++k)
+                king[s][k] = kNoSquare;
+        }
+    }
+};
+constexpr AttackTables kAttacks;
+
+// Answers whether a piece of the other colour could move to square by the geometry of
+// PieceMovesOn, looking outwards from the square instead of at every piece: the rays for the
+// sliders, the jumps, the neighbours, and the pawn moves (a pawn "attacks" an occupied square
+// diagonally and an empty one straight ahead, double step included). An enemy king standing on
+// the square itself counts, as a king "moves" to its own square. Square -1 means the king of
+// colour.
 int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
     if (square == -1) {
         PieceCode king = static_cast<PieceCode>(colour + kKing);
@@ -91,16 +138,40 @@ int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
         if (!found) return 0;
         square = static_cast<int>(static_cast<const PieceCode*>(found) - board);
     }
-    Square target = static_cast<Square>(square);
-    if (target > 63) return 0;
-    for (int s = 0; s < 64; ++s) {
-        PieceCode code = board[s];
-        if (code != 0 && ColourOf(code) != colour &&
-            PieceMovesOn(board, static_cast<Square>(s), target)) {
-            return 1;
+    if (square < 0 || square > 63) return 0;
+    const PieceCode base = colour == kWhite ? kBlack : kWhite;
+    const PieceCode pawn = base + kPawn, rook = base + kRook, knight = base + kKnight;
+    const PieceCode bishop = base + kBishop, queen = base + kQueen, king = base + kKing;
+
+    if (board[square] == king) return 1;
+    for (const Square* s = kAttacks.knight[square]; *s != kNoSquare; ++s) {
+        if (board[*s] == knight) return 1;
+    }
+    for (const Square* s = kAttacks.king[square]; *s != kNoSquare; ++s) {
+        if (board[*s] == king) return 1;
+    }
+    for (int d = 0; d < 8; ++d) {
+        const PieceCode slider = d < 4 ? rook : bishop;
+        const Square* ray = kAttacks.ray[square][d];
+        for (int i = 0; i < 8 && ray[i] != kNoSquare; ++i) {
+            PieceCode code = board[ray[i]];
+            if (code == 0) continue;
+            if (code == slider || code == queen) return 1;
+            break;
         }
     }
-    return 0;
+    // An enemy white pawn stands below the square, a black one above.
+    const int file = FileOf(square), rank = RankOf(square);
+    const int behind = base == kWhite ? -1 : 1;
+    const int pawnRank = rank + behind;
+    if (pawnRank < 0 || pawnRank > 7) return 0;
+    const PieceCode* row = board + 8 * pawnRank;
+    if (board[square] != 0) {
+        return (file > 0 && row[file - 1] == pawn) || (file < 7 && row[file + 1] == pawn);
+    }
+    if (row[file] == pawn) return 1;
+    const int doubleFrom = base == kWhite ? 1 : 6;
+    return rank + 2 * behind == doubleFrom && board[file + 8 * doubleFrom] == pawn;
 }
 
 // Decides castling for a king on its home square moving two files. Returns -1 when the move
@@ -219,11 +290,40 @@ int CandidateOrigins(Position& position, PieceCode code, Square from, Square to,
     if (code == 0) code = position.GetSquare(from);
     int count = 0;
     if (to > 63 || code == 0) return 0;
-    for (int s = 0; s < 64; ++s) {
-        if (s == from || position.board[s] != code) continue;
-        if (TestMove(position, static_cast<Square>(s), to, nullptr)) {
-            squares[count++] = static_cast<Square>(s);
+    // A knight, rook, bishop or queen can only come from a square its geometry links to to: a
+    // jump away, or the first piece along a ray. Those are the only squares worth testing, in
+    // increasing order as a scan of the board would meet them. Kings (castling) and pawns (en
+    // passant) have moves beyond that geometry and are looked for on every square.
+    Square near[16];
+    int nearCount = 0;
+    int type = TypeOf(code);
+    if (type == kKnight) {
+        for (const Square* s = kAttacks.knight[to]; *s != kNoSquare; ++s) {
+            if (position.board[*s] == code) near[nearCount++] = *s;
         }
+    } else if (type == kRook || type == kBishop || type == kQueen) {
+        for (int d = type == kBishop ? 4 : 0; d < (type == kRook ? 4 : 8); ++d) {
+            const Square* ray = kAttacks.ray[to][d];
+            for (int i = 0; i < 8 && ray[i] != kNoSquare; ++i) {
+                if (position.board[ray[i]] == 0) continue;
+                if (position.board[ray[i]] == code) near[nearCount++] = ray[i];
+                break;
+            }
+        }
+    } else {
+        for (int s = 0; s < 64; ++s) {
+            if (s == from || position.board[s] != code) continue;
+            if (TestMove(position, static_cast<Square>(s), to, nullptr)) {
+                squares[count++] = static_cast<Square>(s);
+            }
+        }
+        return count;
+    }
+    std::sort(near, near + nearCount);
+    for (int k = 0; k < nearCount; ++k) {
+        Square s = near[k];
+        if (s == from) continue;
+        if (TestMove(position, s, to, nullptr)) squares[count++] = s;
     }
     return count;
 }

@@ -159,15 +159,16 @@ bool ReadPieceMove(Position& position, const Token<Ch>& token, ParsedMove* move)
     }
     Square candidates[64];
     int count = CandidateOrigins(position, code, kNoSquare, static_cast<Square>(to), candidates);
-    if (count == 0) return false;
-    if (count == 1) {
-        move->from = candidates[0];
-        return true;
-    }
     for (int k = 0; k < count; ++k) {
         Square s = candidates[k];
-        if ((fileHint < 0 || FileOf(s) == fileHint) && (rankHint < 0 || RankOf(s) == rankHint)) {
+        if (count == 1 ||
+            ((fileHint < 0 || FileOf(s) == fileHint) && (rankHint < 0 || RankOf(s) == rankHint))) {
             move->from = s;
+            // Every candidate passed the legality test just now: record the chosen one as the
+            // tested pair, so that playing it does not test it again.
+            position.testedFrom = s;
+            position.testedTo = static_cast<Square>(to);
+            position.testedResult = 1;
             return true;
         }
     }

@@ -21,8 +21,18 @@ constexpr int kCommentCapacity = 512;
 // Glyphs that stand for the NAG numbers 1 to 6, in that order.
 constexpr const char16_t* kGlyphs[] = {u"!", u"?", u"!!", u"??", u"!?", u"?!"};
 
+// The characters a move's text may hold after its first, as a table by character.
+struct SanCharacterTable {
+    bool allowed[128] = {};
+    constexpr SanCharacterTable() {
+        for (const char* c = "abcdefgh012345678RNBQKO-x+#="; *c; ++c)
+            allowed[static_cast<unsigned char>(*c)] = true;
+    }
+};
+constexpr SanCharacterTable kSanCharacters;
+
 bool IsSanCharacter(char16_t c) {
-    return c != 0 && std::char_traits<char16_t>::find(u"abcdefgh012345678RNBQKO-x+#=", 28, c);
+    return c < 128 && kSanCharacters.allowed[c];
 }
 
 // Tells whether c begins a move; a "P" does not.
@@ -56,9 +66,8 @@ int PgnLexer::NextLine() {
     char bytes[PgnLineReader::kLineSize];
     int length = 0;
     if (!reader_.ReadLine(bytes, &length)) return 0;
-    std::u16string text = platform::AnsiToWide(std::string_view(bytes, std::strlen(bytes)));
-    std::size_t count = std::min<std::size_t>(text.size(), PgnLineReader::kLineSize - 1);
-    std::memcpy(line_, text.data(), count * sizeof(char16_t));
+    std::size_t count = platform::AnsiToWide(std::string_view(bytes, std::strlen(bytes)), line_,
+                                             PgnLineReader::kLineSize - 1);
     line_[count] = 0;
     return 1;
 }

@@ -24,12 +24,12 @@ PgnLineReader::PgnLineReader(platform::File& file, std::uint32_t blockSize)
 
 // Reuses the read-ahead when offset lies inside it; otherwise drops it and seeks the file.
 int PgnLineReader::Seek(std::uint32_t offset) {
-    if (offset >= bufferStart_ && offset - bufferStart_ <= buffer_.size()) {
+    if (offset >= bufferStart_ && offset - bufferStart_ <= size_) {
         position_ = offset;
         return 1;
     }
     if (file_.Seek(offset, platform::SeekOrigin::Begin, nullptr) != 0) return 0;
-    buffer_.clear();
+    size_ = 0;
     bufferStart_ = position_ = offset;
     return 1;
 }
@@ -37,22 +37,22 @@ int PgnLineReader::Seek(std::uint32_t offset) {
 // Tops the buffer up block by block until it holds 255 bytes from position_ or the file has
 // ended. Returns 0 on a read error, after putting the file back where the buffer ends.
 int PgnLineReader::Fill() {
-    std::size_t used = position_ - bufferStart_;
-    if (buffer_.size() - used >= kLineBytes) return 1;
-    buffer_.erase(buffer_.begin(), buffer_.begin() + used);
+    std::uint32_t used = position_ - bufferStart_;
+    if (size_ - used >= kLineBytes) return 1;
+    if (!buffer_) buffer_ = std::make_unique_for_overwrite<char[]>(blockSize_ + kLineBytes);
+    std::memmove(buffer_.get(), buffer_.get() + used, size_ - used);
+    size_ -= used;
     bufferStart_ = position_;
-    while (buffer_.size() < kLineBytes) {
-        std::size_t old = buffer_.size();
-        buffer_.resize(old + blockSize_);
+    while (size_ < kLineBytes) {
         std::uint32_t got = 0;
-        platform::ErrorCode error = file_.Read(buffer_.data() + old, blockSize_, &got);
+        platform::ErrorCode error = file_.Read(buffer_.get() + size_, blockSize_, &got);
         if (error != 0) {
             // How far the failed read moved the file is unknown: start over at position_.
-            buffer_.clear();
+            size_ = 0;
             file_.Seek(position_, platform::SeekOrigin::Begin, nullptr);
             return 0;
         }
-        buffer_.resize(old + got);
+        size_ += got;
         if (got < blockSize_) break;  // end of file
     }
     return 1;
@@ -64,9 +64,8 @@ int PgnLineReader::Fill() {
 // never a cut point, since cutting there would return the same empty line for ever.
 int PgnLineReader::ReadLine(char* buffer, int* length) {
     if (!Fill()) return 0;
-    const char* bytes = buffer_.data() + (position_ - bufferStart_);
-    std::uint32_t count = std::min<std::uint32_t>(
-        kLineBytes, static_cast<std::uint32_t>(buffer_.size() - (position_ - bufferStart_)));
+    const char* bytes = buffer_.get() + (position_ - bufferStart_);
+    std::uint32_t count = std::min(kLineBytes, size_ - (position_ - bufferStart_));
     if (count == 0) return 0;
     std::memcpy(buffer, bytes, count);
 

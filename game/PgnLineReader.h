@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 #include "platform/File.h"
 
@@ -42,9 +42,10 @@ class PgnLineReader {
 
     platform::File& file_;
     std::uint32_t blockSize_;
-    // Read-ahead: bytes [bufferStart_, bufferStart_ + buffer_.size()) of the file; the file's
-    // own position is always the end of that range.
-    std::vector<char> buffer_;
+    // Read-ahead: bytes [bufferStart_, bufferStart_ + size_) of the file; the file's own
+    // position is always the end of that range. Allocated on the first read, never cleared.
+    std::unique_ptr<char[]> buffer_;
+    std::uint32_t size_ = 0;
     std::uint32_t bufferStart_ = 0;
     std::uint32_t position_ = 0;
 };

@@ -152,10 +152,14 @@ int LoadGame(Game& game, void* ownerWindow, std::int64_t offset, int saveMode,
         return kPgnCannotOpen;
     }
     if (offset == -1) return kPgnNothingToLoad;
+    PgnLineReader reader(*file);
+    return LoadGame(game, reader, offset, saveMode);
+}
 
+int LoadGame(Game& game, PgnLineReader& reader, std::int64_t offset, int saveMode) {
+    if (offset == -1) return kPgnNothingToLoad;
     game.saveMode = saveMode;
     game.offset = static_cast<std::uint32_t>(offset);
-    PgnLineReader reader(*file);
     char bytes[PgnLineReader::kLineSize];
     int length = 0;
     if (!reader.Seek(static_cast<std::uint32_t>(offset)) || !reader.ReadLine(bytes, &length)) {

@@ -10,6 +10,7 @@ namespace velmora {
 
 class Game;
 class PgnLexer;
+class PgnLineReader;
 class Position;
 
 // Outcomes of loading a game; MessageFor gives each its fixed text.
@@ -32,6 +33,9 @@ enum PgnError : int {
 // file that cannot be opened is reported to the user here ("Unable to load file").
 int LoadGame(Game& game, void* ownerWindow, std::int64_t offset, int saveMode,
              platform::FileSystem& fileSystem = platform::SystemFileSystem());
+// The same from a reader already open on the game's file, which is left wherever the game
+// ends: loading many games of one file this way reads it once instead of once a game.
+int LoadGame(Game& game, PgnLineReader& reader, std::int64_t offset, int saveMode);
 // Reads moves from the lexer and plays them from position; with atVariationStart the first
 // move is an alternative to the move that led to position; with skipVariations the moves of
 // variations are read but not kept. Returns a PgnError.

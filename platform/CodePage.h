@@ -8,6 +8,9 @@ namespace velmora::platform {
 
 // Converts ANSI bytes (the system code page on Windows, Windows-1252 elsewhere) to UTF-16.
 std::u16string AnsiToWide(std::string_view bytes);
+// The same into out, which has room for capacity units; returns the number written, at most
+// capacity (the rest is dropped). Nothing is allocated: readers convert every line this way.
+std::size_t AnsiToWide(std::string_view bytes, char16_t* out, std::size_t capacity);
 // Converts UTF-16 to ANSI bytes; a code unit with no exact ANSI byte becomes '?'.
 std::string WideToAnsi(std::u16string_view text);
 

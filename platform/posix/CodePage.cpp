@@ -1,6 +1,8 @@
 // The ANSI code page on POSIX systems: Windows-1252, the code page of Western Windows systems.
 #include "platform/CodePage.h"
 
+#include <algorithm>
+
 namespace velmora::platform {
 namespace {
 
@@ -23,6 +25,15 @@ std::u16string AnsiToWide(std::string_view bytes) {
         out.push_back(byte >= 0x80 && byte <= 0x9F ? kHighControls[byte - 0x80] : byte);
     }
     return out;
+}
+
+std::size_t AnsiToWide(std::string_view bytes, char16_t* out, std::size_t capacity) {
+    std::size_t count = std::min(bytes.size(), capacity);
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        out[i] = byte >= 0x80 && byte <= 0x9F ? kHighControls[byte - 0x80] : byte;
+    }
+    return count;
 }
 
 // Maps each UTF-16 unit on its own, so a surrogate pair becomes "??" as it does on Windows.

@@ -1,6 +1,8 @@
 // The ANSI code page on Windows: the system's CP_ACP through the Win32 conversion calls.
 #include "platform/CodePage.h"
 
+#include <algorithm>
+
 #include <windows.h>
 
 #include <climits>
@@ -15,6 +17,20 @@ std::u16string AnsiToWide(std::string_view bytes) {
     std::wstring out(static_cast<std::size_t>(length), L'\0');
     MultiByteToWideChar(CP_ACP, 0, bytes.data(), inLength, out.data(), length);
     return std::u16string(out.begin(), out.end());
+}
+
+std::size_t AnsiToWide(std::string_view bytes, char16_t* out, std::size_t capacity) {
+    if (bytes.empty() || capacity == 0 || bytes.size() > INT_MAX) return 0;
+    const int inLength = static_cast<int>(bytes.size());
+    const int room = static_cast<int>(std::min<std::size_t>(capacity, INT_MAX));
+    int length = MultiByteToWideChar(CP_ACP, 0, bytes.data(), inLength,
+                                     reinterpret_cast<wchar_t*>(out), room);
+    if (length > 0) return static_cast<std::size_t>(length);
+    // Too small a buffer: convert in full, then keep what fits.
+    std::u16string whole = AnsiToWide(bytes);
+    std::size_t count = std::min(whole.size(), capacity);
+    std::copy_n(whole.begin(), count, out);
+    return count;
 }
 
 // Asks for no best-fit mapping, so a character without an exact byte becomes '?' (not a

@@ -1,6 +1,10 @@
 // Move legality, attacks and the positions that PlayMove builds.
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <random>
+#include <vector>
+
 #include "core/MoveRules.h"
 #include "core/Position.h"
 #include "game/MoveTree.h"
@@ -53,6 +57,57 @@ TEST(MoveRules, LegalityTable) {
             EXPECT_EQ(position->testedResult, c[1] == "1" ? 1u : 0u);
             EXPECT_EQ(position->board[from], mover);
         }
+    }
+}
+
+// IsAttacked looks outwards from the square; it must agree with asking every enemy piece
+// whether its geometry reaches the square, pawn pushes onto empty squares included.
+TEST(MoveRules, AttacksAgreeWithPieceGeometryOnRandomBoards) {
+    std::mt19937 random(20261122);
+    const PieceCode kCodes[] = {
+        kPawn,           kRook,          kKnight,        kBishop,          kQueen,
+        kKing,           kBlack + kPawn, kBlack + kRook, kBlack + kKnight, kBlack + kBishop,
+        kBlack + kQueen, kBlack + kKing};
+    Position position;
+    for (int round = 0; round < 3000; ++round) {
+        std::memset(position.board, 0, sizeof position.board);
+        int pieces = 2 + static_cast<int>(random() % 24);
+        for (int i = 0; i < pieces; ++i)
+            position.board[random() % 64] = kCodes[random() % 12];
+        for (Colour colour : {kWhite, kBlack}) {
+            for (int square = -1; square < 64; ++square) {
+                int target = square;
+                if (square == -1) {
+                    const void* king = std::memchr(position.board, colour + kKing, 64);
+                    if (king == nullptr) continue;
+                    target = static_cast<int>(static_cast<const PieceCode*>(king) - position.board);
+                }
+                int expected = 0;
+                for (int s = 0; s < 64 && !expected; ++s) {
+                    PieceCode code = position.board[s];
+                    expected =
+                        code != 0 && ColourOf(code) != colour &&
+                        PieceMoves(position, static_cast<Square>(s), static_cast<Square>(target));
+                }
+                ASSERT_EQ(IsAttacked(position, colour, square), expected)
+                    << testing::TextOf(position) << " colour " << int(colour) << " square "
+                    << square;
+            }
+        }
+        // CandidateOrigins looks only where a piece could come from; it must find what testing
+        // every square of the board finds, in the same order.
+        PieceCode code = kCodes[random() % 12];
+        Square to = static_cast<Square>(random() % 64);
+        std::vector<Square> expected;
+        for (int s = 0; s < 64; ++s) {
+            if (position.board[s] == code &&
+                TestMove(position, static_cast<Square>(s), to, nullptr))
+                expected.push_back(static_cast<Square>(s));
+        }
+        Square found[64];
+        int count = CandidateOrigins(position, code, kNoSquare, to, found);
+        ASSERT_EQ(std::vector<Square>(found, found + count), expected)
+            << testing::TextOf(position) << " code " << int(code) << " to " << int(to);
     }
 }
 

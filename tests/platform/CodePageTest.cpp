@@ -26,6 +26,13 @@ TEST(CodePage, AnsiBytesAndUnitsMapBothWaysOrElseToQuestionMarks) {
     for (int byte = 0; byte < 256; ++byte)
         all.push_back(static_cast<char>(byte));
     EXPECT_EQ(WideToAnsi(AnsiToWide(all)), all);
+    // Into a buffer: the same units, cut at the buffer's capacity.
+    for (std::size_t capacity : {std::size_t{0}, std::size_t{1}, std::size_t{200}, all.size()}) {
+        std::u16string buffer(all.size(), u'#');
+        std::size_t count = AnsiToWide(all, buffer.data(), capacity);
+        EXPECT_EQ(buffer.substr(0, count), AnsiToWide(all).substr(0, capacity)) << capacity;
+        EXPECT_EQ(buffer.substr(count), std::u16string(all.size() - count, u'#')) << capacity;
+    }
 
     const std::pair<std::u16string, std::string> unmappable[] = {
         {u"\u0080\u0100\u2212", "???"},  // no byte for U+0080; no look-alikes 'A' and '-'

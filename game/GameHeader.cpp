@@ -45,13 +45,16 @@ void GameHeader::SetResultText(const char16_t* text) {
 
 // Sets the scanner's starting state. Its Date text differs from a new game's on purpose.
 void GameHeader::Reset() {
+    // Shared: every game the scanner starts takes these, so they are made once.
+    static const OwnedText unknownDate(u"??\\??");
+    static const OwnedText unknown(u"?");
     white.Reset();
     black.Reset();
     result = kResultUnset;
-    date.Set(u"??\\??");
-    round.Set(u"?");
-    site.Set(u"?");
-    event.Set(u"?");
+    date = unknownDate;
+    round = unknown;
+    site = unknown;
+    event = unknown;
 }
 
 bool GameHeader::IsComplete() const {
@@ -114,6 +117,16 @@ std::unique_ptr<ExtraTag> GameSummary::RemoveTag(ExtraTag* tag) {
         }
     }
     return nullptr;
+}
+
+void GameSummary::SetSettings(const SettingsBlock& words) {
+    if (words == kInitialSettings) {
+        settings_.reset();
+    } else if (settings_) {
+        *settings_ = words;
+    } else {
+        settings_ = std::make_unique<SettingsBlock>(words);
+    }
 }
 
 void GameSummary::SetStart(const char16_t* text) {

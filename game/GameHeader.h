@@ -105,8 +105,8 @@ class GameSummary : public GameHeader {
     void SetEco(const char16_t* text) { eco.Set(text); }
     // Keeps at most the first 30 characters.
     void SetStart(const char16_t* text);
-    void SetSettings(const SettingsBlock& words) { settings_ = words; }
-    SettingsBlock GetSettings() const { return settings_; }
+    void SetSettings(const SettingsBlock& words);
+    SettingsBlock GetSettings() const { return settings_ ? *settings_ : kInitialSettings; }
 
     // The path of the file the game belongs to; empty when it has none.
     const std::u16string& FilePath() const;
@@ -126,7 +126,9 @@ class GameSummary : public GameHeader {
   private:
     std::shared_ptr<const std::u16string> path_;  // shared by the summaries of one file
     std::unique_ptr<ExtraTag> tags_;
-    SettingsBlock settings_ = kInitialSettings;
+    // Null while the words are the initial ones, as they are for nearly every game: a game list
+    // of a large file then does not carry them once per game.
+    std::unique_ptr<SettingsBlock> settings_;
 };
 
 // Compares two texts ignoring the case of ASCII letters; null equals empty.

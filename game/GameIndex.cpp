@@ -24,31 +24,79 @@ bool StartsWith(const char* line, const char* prefix) {
     return std::strncmp(line, prefix, std::strlen(prefix)) == 0;
 }
 
-// Stores the value of one of the tag lines the game list shows; other tags are passed over.
-// Returns true for a SetUp tag. Only the line's ASCII prefix is compared, so the bytes are
-// converted only for the tags that are kept.
-bool ReadScannedTag(GameSummary& summary, const char* line) {
-    struct Tag {
-        const char* prefix;
-        void (*store)(GameSummary&, const char16_t*);
-    };
-    static const Tag kTags[] = {
-        {"[White ", [](GameSummary& s, const char16_t* v) { s.SetWhite(v); }},
-        {"[Black ", [](GameSummary& s, const char16_t* v) { s.SetBlack(v); }},
-        {"[Result ", [](GameSummary& s, const char16_t* v) { s.SetResultText(v); }},
-        {"[Event ", [](GameSummary& s, const char16_t* v) { s.SetEvent(v); }},
-        {"[Round ", [](GameSummary& s, const char16_t* v) { s.SetRound(v); }},
-        {"[Date ", [](GameSummary& s, const char16_t* v) { s.SetDate(v); }},
-        {"[Site ", [](GameSummary& s, const char16_t* v) { s.SetSite(v); }},
-        {"[ECO ", [](GameSummary& s, const char16_t* v) { s.SetEco(v); }},
-    };
-    for (const Tag& tag : kTags) {
-        if (StartsWith(line, tag.prefix)) {
-            tag.store(summary, QuotedValue(platform::AnsiToWide(line).c_str()).c_str());
-            return false;
-        }
+enum class ScannedTag { Other, White, Black, Result, Event, Round, Date, Site, Eco, SetUp };
+
+// Which of the tags the game list shows a tag line is, by its exact (case-sensitive) prefix.
+// No prefix is the start of another, so the second character is enough to pick the one to
+// compare.
+ScannedTag Classify(const char* line) {
+    switch (line[1]) {
+        case 'W':
+            return StartsWith(line, "[White ") ? ScannedTag::White : ScannedTag::Other;
+        case 'B':
+            return StartsWith(line, "[Black ") ? ScannedTag::Black : ScannedTag::Other;
+        case 'R':
+            if (StartsWith(line, "[Result ")) return ScannedTag::Result;
+            return StartsWith(line, "[Round ") ? ScannedTag::Round : ScannedTag::Other;
+        case 'E':
+            if (StartsWith(line, "[Event ")) return ScannedTag::Event;
+            return StartsWith(line, "[ECO ") ? ScannedTag::Eco : ScannedTag::Other;
+        case 'D':
+            return StartsWith(line, "[Date ") ? ScannedTag::Date : ScannedTag::Other;
+        case 'S':
+            if (StartsWith(line, "[Site ")) return ScannedTag::Site;
+            return StartsWith(line, "[SetUp ") ? ScannedTag::SetUp : ScannedTag::Other;
+        default:
+            return ScannedTag::Other;
     }
-    return StartsWith(line, "[SetUp ");
+}
+
+// Stores the value of one of the tag lines the game list shows; other tags are passed over.
+// Returns true for a SetUp tag. The value is the text between the first double quote and the
+// next (or the line's end), converted on its own: a quote byte is never part of a character.
+// Values come from the pool, so a text repeated across games is stored once.
+bool ReadScannedTag(GameSummary& summary, const char* line, TextPool& pool) {
+    ScannedTag tag = Classify(line);
+    if (tag == ScannedTag::Other) return false;
+    if (tag == ScannedTag::SetUp) return true;
+    std::string_view bytes(line, std::strlen(line));
+    std::size_t open = bytes.find('"');
+    std::string_view quoted;
+    if (open != std::string_view::npos) {
+        quoted = bytes.substr(open + 1);
+        quoted = quoted.substr(0, quoted.find('"'));
+    }
+    char16_t value[PgnLineReader::kLineSize];
+    std::size_t count = platform::AnsiToWide(quoted, value, PgnLineReader::kLineSize - 1);
+    value[count] = 0;
+    std::u16string_view text(value, count);
+    switch (tag) {
+        case ScannedTag::White:
+            summary.white = pool.Intern(text);
+            break;
+        case ScannedTag::Black:
+            summary.black = pool.Intern(text);
+            break;
+        case ScannedTag::Result:
+            summary.SetResultText(value);
+            break;
+        case ScannedTag::Event:
+            summary.event = pool.Intern(text);
+            break;
+        case ScannedTag::Round:
+            summary.round = pool.Intern(text);
+            break;
+        case ScannedTag::Date:
+            summary.date = pool.Intern(text);
+            break;
+        case ScannedTag::Site:
+            summary.site = pool.Intern(text);
+            break;
+        default:
+            summary.eco = pool.Intern(text);
+            break;
+    }
+    return false;
 }
 
 }  // namespace
@@ -61,6 +109,8 @@ void ScanFile(PgnLineReader& reader, int* count, const OnGameFound& onGame) {
     bool inGame = false;
     bool setUp = false;
     std::unique_ptr<GameSummary> current;
+    TextPool pool;
+    static const OwnedText position(u"(Position)");
     char line[PgnLineReader::kLineSize];
     int length = 0;
     while (reader.ReadLine(line, &length)) {
@@ -70,10 +120,17 @@ void ScanFile(PgnLineReader& reader, int* count, const OnGameFound& onGame) {
                 current->offset = lineStart;
                 inGame = true;
             }
-            if (ReadScannedTag(*current, line)) setUp = true;
+            if (ReadScannedTag(*current, line, pool)) setUp = true;
         } else if (current && current->IsComplete()) {
             if (!setUp && (line[0] == '\r' || line[0] == '\n')) break;
-            current->SetStart(setUp ? u"(Position)" : platform::AnsiToWide(line).c_str());
+            if (setUp) {
+                current->start = position;
+            } else {
+                char16_t start[GameSummary::kStartLength];
+                std::size_t units = platform::AnsiToWide(std::string_view(line, std::strlen(line)),
+                                                         start, GameSummary::kStartLength);
+                current->start = pool.Intern(std::u16string_view(start, units));
+            }
             ++*count;
             if (!onGame(std::move(current), reader.Position())) break;
             current = NewResetSummary();

@@ -29,6 +29,9 @@ TEST(GameIndex, ThreeGamesThenOffsetsAfterASave) {
               u"2|Dupont|Ernst|??\\??|Blitz|?|?|<none>|1. f3 e5 2. g4 Qh4# 0-1\n"
               u"1|Brun, Marc|Aubert, Claire|2003.05.18|Club Match|2|Lyon|<none>|"
               u"{Short draw} 1. d4 d5 2. c4 c6\n");
+    // Values repeated across games are stored once.
+    EXPECT_EQ(index.First()->event.Block(), index.Last()->event.Block());
+    EXPECT_EQ(index.First()->white.Block(), index.Last()->black.Block());
     Game game;
     game.SetFilePath(u"a");  // paths compare ignoring case
     game.offset = 100;

@@ -56,6 +56,35 @@ TEST(GameRecord, ResultsResetCompletenessAndTags) {
     EXPECT_TRUE(!game.RemoveTag(eco) && game.FirstTag() == opening);  // eco is no longer listed
 }
 
+TEST(GameRecord, TextsAreSharedAndReplacedWhole) {
+    OwnedText original(u"Lyon");
+    OwnedText copy = original;
+    EXPECT_EQ(copy.Block(), original.Block());  // one block for both
+    copy.Set(u"Paris");                         // replacing one leaves the other as it was
+    EXPECT_EQ(Text(original) + Text(copy), u"LyonParis");
+    original = copy;
+    original.Reset();
+    EXPECT_EQ(Text(original) + Text(copy), u"<none>Paris");
+    OwnedText empty(u"");
+    EXPECT_FALSE(empty.IsNull());
+
+    TextPool pool;
+    const void* first = pool.Intern(u"Club Match").Block();
+    EXPECT_EQ(pool.Intern(u"Club Match").Block(), first);
+    EXPECT_NE(pool.Intern(u"Club match").Block(), first);
+    EXPECT_EQ(pool.Intern(u"").View(), u"");
+
+    // The settings words are kept only when they differ from the initial ones.
+    GameSummary summary;
+    SettingsBlock words = GameSummary::kInitialSettings;
+    EXPECT_EQ(summary.GetSettings(), words);
+    words[2] = 600;
+    summary.SetSettings(words);
+    EXPECT_EQ(summary.GetSettings(), words);
+    summary.SetSettings(GameSummary::kInitialSettings);
+    EXPECT_EQ(summary.GetSettings(), GameSummary::kInitialSettings);
+}
+
 TEST(GameRecord, ObserversAndCursor) {
     View primary('P'), extra('X');
     std::deque<View> views;

@@ -1,6 +1,9 @@
 // What the PGN subcommands share: messages and progress on standard error, summary lines.
 #include "cli/CommandSupport.h"
 
+#include <charconv>
+
+#include "platform/CodePage.h"
 #include "platform/Console.h"
 
 namespace velmora::cli {
@@ -46,25 +49,42 @@ void Progress::Update(const char* what, long long value) {
 
 namespace {
 
-void PrintField(std::ostream& out, const OwnedText& text) {
-    out << '\t';
-    if (!text.IsNull()) Print(out, text.View());
+// Appends text as UTF-8; ASCII, nearly all of a game list, is copied a unit at a time.
+void AppendText(std::string& line, std::u16string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] >= 0x80) {
+            line += platform::WideToUtf8(text.substr(i));
+            return;
+        }
+        line.push_back(static_cast<char>(text[i]));
+    }
+}
+
+void AppendField(std::string& line, const OwnedText& text) {
+    line.push_back('\t');
+    if (!text.IsNull()) AppendText(line, text.View());
 }
 
 }  // namespace
 
+// The line is put together in memory and written at once: a list of a large file is mostly
+// this function.
 void PrintSummary(std::ostream& out, const GameSummary& summary) {
-    out << summary.offset;
-    PrintField(out, summary.white);
-    PrintField(out, summary.black);
-    out << '\t';
-    Print(out, summary.ResultText(0));
-    PrintField(out, summary.date);
-    PrintField(out, summary.event);
-    PrintField(out, summary.round);
-    PrintField(out, summary.site);
-    PrintField(out, summary.eco);
-    PrintField(out, summary.start);
+    thread_local std::string line;
+    line.clear();
+    char number[16];
+    line.append(number, std::to_chars(number, number + sizeof number, summary.offset).ptr);
+    AppendField(line, summary.white);
+    AppendField(line, summary.black);
+    line.push_back('\t');
+    AppendText(line, summary.ResultText(0));
+    AppendField(line, summary.date);
+    AppendField(line, summary.event);
+    AppendField(line, summary.round);
+    AppendField(line, summary.site);
+    AppendField(line, summary.eco);
+    AppendField(line, summary.start);
+    out.write(line.data(), static_cast<std::streamsize>(line.size()));
 }
 
 bool WantsHelp(const Arguments& args, const char* usage, std::ostream& out) {

@@ -40,6 +40,8 @@ void PrintUsage(std::ostream& stream) {
 int main(int argc, char** argv) {
     using namespace velmora::cli;
     velmora::platform::UseBinaryStandardStreams();
+    // Nothing here writes through C's stdio, so the streams may buffer on their own.
+    std::ios::sync_with_stdio(false);
     Arguments args = velmora::platform::CommandLineArguments(argc, argv);
     if (args.size() < 2) {
         PrintUsage(std::cerr);

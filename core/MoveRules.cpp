@@ -153,8 +153,8 @@ int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
     for (int d = 0; d < 8; ++d) {
         const PieceCode slider = d < 4 ? rook : bishop;
         const Square* ray = kAttacks.ray[square][d];
-        for (int i = 0; i < 8 && ray[i] != kNoSquare; ++i) {
-            PieceCode code = board[ray[i]];
+        for (const Square* r = ray; *r != kNoSquare; ++r) {
+            PieceCode code = board[*r];
             if (code == 0) continue;
             if (code == slider || code == queen) return 1;
             break;
@@ -172,6 +172,32 @@ int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
     if (row[file] == pawn) return 1;
     const int doubleFrom = base == kWhite ? 1 : 6;
     return rank + 2 * behind == doubleFrom && board[file + 8 * doubleFrom] == pawn;
+}
+
+// After from -> to (the mover's piece, not its king), tells whether an enemy rook, bishop or
+// queen now reaches the mover's king along the line from the king through from.
+bool OpensLineToKing(const PieceCode* board, Square from, Square to, Colour mover) {
+    const void* found = std::memchr(board, mover + kKing, 64);
+    if (!found) return false;
+    const int king = static_cast<int>(static_cast<const PieceCode*>(found) - board);
+    const int df = FileOf(from) - FileOf(king), dr = RankOf(from) - RankOf(king);
+    if (df != 0 && dr != 0 && std::abs(df) != std::abs(dr)) return false;
+    // The ray's index in the tables: four straight directions, then four diagonal ones.
+    int d;
+    if (df == 0 || dr == 0) {
+        d = df > 0 ? 0 : df < 0 ? 1 : dr > 0 ? 2 : 3;
+    } else {
+        d = df > 0 ? (dr > 0 ? 4 : 5) : (dr > 0 ? 6 : 7);
+    }
+    const PieceCode base = mover == kWhite ? kBlack : kWhite;
+    const PieceCode slider = base + (d < 4 ? kRook : kBishop), queen = base + kQueen;
+    for (const Square* r = kAttacks.ray[king][d]; *r != kNoSquare; ++r) {
+        constexpr PieceCode kMovedPiece = 0xFF;  // stands on to: blocks, attacks nothing here
+        PieceCode code = *r == from ? PieceCode{0} : *r == to ? kMovedPiece : board[*r];
+        if (code == 0) continue;
+        return code == slider || code == queen;
+    }
+    return false;
 }
 
 // Decides castling for a king on its home square moving two files. Returns -1 when the move
@@ -273,9 +299,17 @@ int TestMove(Position& position, Square from, Square to, int* needsPromotion) {
     }
 
     if (result) {
-        std::memcpy(scratch, board, sizeof scratch);
-        ApplyMoveToBoard(scratch, from, to, position.enPassant);
-        if (IsAttackedOn(scratch, mover, -1)) result = 0;
+        if (TypeOf(code) != kKing && to != position.enPassant && mover == position.sideToMove &&
+            position.ArrivalNode() != nullptr && !position.ArrivalNode()->givesCheck) {
+            // The king was not attacked before (the move that led here says so) and stays where
+            // it is: a move that neither takes en passant nor castles can only uncover a line
+            // through from, which is all that needs looking at.
+            if (OpensLineToKing(board, from, to, mover)) result = 0;
+        } else {
+            std::memcpy(scratch, board, sizeof scratch);
+            ApplyMoveToBoard(scratch, from, to, position.enPassant);
+            if (IsAttackedOn(scratch, mover, -1)) result = 0;
+        }
     }
 
     if (needsPromotion) {

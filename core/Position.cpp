@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/BlockRecycler.h"
 #include "core/MoveRules.h"
 #include "game/MoveTree.h"
 
@@ -53,6 +54,14 @@ Position::Position()
       moveNumber(0),
       setUp(0) {
     std::memcpy(board, kInitialBoard, sizeof board);
+}
+
+void* Position::operator new(std::size_t size) {
+    return BlockRecycler<Position>::Allocate(size);
+}
+
+void Position::operator delete(void* block, std::size_t size) {
+    BlockRecycler<Position>::Free(block, size);
 }
 
 Position::~Position() {

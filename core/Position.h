@@ -1,6 +1,7 @@
 // Position: one chess position plus the links that hang a game's move tree on it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -21,6 +22,10 @@ class Position {
     Position& operator=(const Position&) = delete;
     // Frees the comment and every line that follows this position.
     virtual ~Position();
+    // Positions are made and freed once a move when games are loaded: their blocks are
+    // recycled.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block, std::size_t size);
 
     // Plays from -> to and returns the new position hung into the move tree, or null when a
     // square is above 63 or the move is illegal. A given replace node (one of this position's

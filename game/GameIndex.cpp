@@ -72,28 +72,28 @@ bool ReadScannedTag(GameSummary& summary, const char* line, TextPool& pool) {
     std::u16string_view text(value, count);
     switch (tag) {
         case ScannedTag::White:
-            summary.white = pool.Intern(text);
+            summary.white = pool.Intern(text, 1);
             break;
         case ScannedTag::Black:
-            summary.black = pool.Intern(text);
+            summary.black = pool.Intern(text, 2);
             break;
         case ScannedTag::Result:
             summary.SetResultText(value);
             break;
         case ScannedTag::Event:
-            summary.event = pool.Intern(text);
+            summary.event = pool.Intern(text, 3);
             break;
         case ScannedTag::Round:
-            summary.round = pool.Intern(text);
+            summary.round = pool.Intern(text, 4);
             break;
         case ScannedTag::Date:
-            summary.date = pool.Intern(text);
+            summary.date = pool.Intern(text, 5);
             break;
         case ScannedTag::Site:
-            summary.site = pool.Intern(text);
+            summary.site = pool.Intern(text, 6);
             break;
         default:
-            summary.eco = pool.Intern(text);
+            summary.eco = pool.Intern(text, 7);
             break;
     }
     return false;
@@ -129,7 +129,7 @@ void ScanFile(PgnLineReader& reader, int* count, const OnGameFound& onGame) {
                 char16_t start[GameSummary::kStartLength];
                 std::size_t units = platform::AnsiToWide(std::string_view(line, std::strlen(line)),
                                                          start, GameSummary::kStartLength);
-                current->start = pool.Intern(std::u16string_view(start, units));
+                current->start = pool.Intern(std::u16string_view(start, units), 8);
             }
             ++*count;
             if (!onGame(std::move(current), reader.Position())) break;

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/BlockRecycler.h"
 #include "core/Position.h"
 
 namespace velmora {
@@ -15,6 +16,14 @@ MoveNode::MoveNode(Position* before, Position* after, Square fromSquare, Square 
       moveNumber(number),
       positionBefore(before),
       positionAfter(after) {}
+
+void* MoveNode::operator new(std::size_t size) {
+    return BlockRecycler<MoveNode>::Allocate(size);
+}
+
+void MoveNode::operator delete(void* block, std::size_t size) {
+    BlockRecycler<MoveNode>::Free(block, size);
+}
 
 MoveNode::~MoveNode() {
     // Hand everything this node owns to the iterative teardown, so that a line thousands of

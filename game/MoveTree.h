@@ -1,6 +1,7 @@
 // MoveNode: one move of a game's tree, with its variations and the position it produces.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "core/ChessTypes.h"
@@ -27,6 +28,9 @@ class MoveNode {
     // Destroys the position after this move and every later alternative, with all that
     // follows them. Long games are torn down without deep recursion.
     virtual ~MoveNode();
+    // One node a move, like positions: blocks are recycled.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block, std::size_t size);
 
     void RecordCapture(PieceCode code, Square enPassantSquare);
     // Returns 0 when the move captured nothing, else 1 with the captured code and the

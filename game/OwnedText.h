@@ -97,18 +97,32 @@ class OwnedText {
 class TextPool {
   public:
     static constexpr std::size_t kMaxTexts = 1 << 14;
+    static constexpr int kSlots = 16;
 
-    const OwnedText& Intern(std::u16string_view text) {
+    // Returns the shared text equal to text. slot (0 .. kSlots - 1) names the kind of value:
+    // games in a row often repeat the event, site or date, so the last value of the same kind
+    // is tried before the table.
+    const OwnedText& Intern(std::u16string_view text, int slot = 0) {
+        const OwnedText*& recent = recent_[slot];
+        if (recent != nullptr && recent->View() == text && !recent->IsNull()) return *recent;
         auto found = texts_.find(text);
-        if (found != texts_.end()) return found->second;
-        if (texts_.size() >= kMaxTexts) texts_.clear();
-        OwnedText stored(text);
-        std::u16string_view key = stored.View();  // points into the stored text itself
-        return texts_.emplace(key, std::move(stored)).first->second;
+        if (found == texts_.end()) {
+            if (texts_.size() >= kMaxTexts) {
+                texts_.clear();
+                for (const OwnedText*& r : recent_)
+                    r = nullptr;
+            }
+            OwnedText stored(text);
+            std::u16string_view key = stored.View();  // points into the stored text itself
+            found = texts_.emplace(key, std::move(stored)).first;
+        }
+        recent = &found->second;
+        return *recent;
     }
 
   private:
     std::unordered_map<std::u16string_view, OwnedText> texts_;
+    const OwnedText* recent_[kSlots] = {};
 };
 
 }  // namespace velmora

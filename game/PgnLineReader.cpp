@@ -67,13 +67,18 @@ int PgnLineReader::ReadLine(char* buffer, int* length) {
     const char* bytes = buffer_.get() + (position_ - bufferStart_);
     std::uint32_t count = std::min(kLineBytes, size_ - (position_ - bufferStart_));
     if (count == 0) return 0;
-    std::memcpy(buffer, bytes, count);
 
     std::uint32_t end = count;   // where the line ends
     std::uint32_t next = count;  // where the next line begins
-    const char* lineBreak = std::find_if(bytes, bytes + count, IsLineBreak);
-    if (lineBreak != bytes + count) {
-        end = next = static_cast<std::uint32_t>(lineBreak - bytes);
+    const void* lineFeed = std::memchr(bytes, '\n', count);
+    std::uint32_t searched =
+        lineFeed ? static_cast<std::uint32_t>(static_cast<const char*>(lineFeed) - bytes) : count;
+    const void* carriageReturn = std::memchr(bytes, '\r', searched);
+    if (carriageReturn) {
+        searched = static_cast<std::uint32_t>(static_cast<const char*>(carriageReturn) - bytes);
+    }
+    if (searched < count) {
+        end = next = searched;
         while (next < count && IsLineBreak(bytes[next]))
             ++next;
     } else {
@@ -84,6 +89,7 @@ int PgnLineReader::ReadLine(char* buffer, int* length) {
             }
         }
     }
+    std::memcpy(buffer, bytes, end);
     buffer[end] = 0;
     *length = static_cast<int>(end);
     position_ += next;

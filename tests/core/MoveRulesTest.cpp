@@ -211,5 +211,55 @@ TEST(MoveRules, CastlingMovesTheRookAndMovesClearTheFlags) {
     EXPECT_EQ(castled->board[Sq("g1")], kKing);
 }
 
+// After a move that did not give check, legality looks only at the line through the square
+// left; along random games it must agree with the full test on a copy that knows no history.
+TEST(MoveRules, LegalityAfterAMoveAgreesWithTheFullTest) {
+    std::mt19937 random(7);
+    for (int game = 0; game < 60; ++game) {
+        auto start = testing::FromText(
+            game % 2 ? testing::kKiwipete
+                     : "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+        Position* position = start.get();
+        for (int ply = 0; ply < 80 && position; ++ply) {
+            Position copy;
+            copy.CopyFrom(*position);
+            std::vector<std::pair<int, int>> legal;
+            for (int from = 0; from < 64; ++from) {
+                if (position->board[from] == 0) continue;
+                for (int to = 0; to < 64; ++to) {
+                    int expected =
+                        TestMove(copy, static_cast<Square>(from), static_cast<Square>(to), nullptr);
+                    ASSERT_EQ(TestMove(*position, static_cast<Square>(from),
+                                       static_cast<Square>(to), nullptr),
+                              expected)
+                        << testing::TextOf(*position) << " " << from << "-" << to;
+                    if (expected && ColourOf(position->board[from]) == position->sideToMove)
+                        legal.emplace_back(from, to);
+                }
+            }
+            if (legal.empty()) break;
+            auto [from, to] = legal[random() % legal.size()];
+            position = position->PlayMove(from, to, nullptr, kQueen, nullptr);
+        }
+    }
+}
+
+TEST(MoveRules, FreedPositionBlocksAreReusedOnlyForTheirOwnSize) {
+    Position* first = new Position;
+    const void* block = first;
+    delete first;
+    Position* again = new Position;
+    EXPECT_EQ(static_cast<const void*>(again), block);
+    EXPECT_EQ(testing::TextOf(*again), testing::TextOf(Position()));
+    delete again;
+    // A derived class is larger: it gets its own block, whole, and gives it back.
+    struct Larger : Position {
+        char extra[64] = {};
+    };
+    Position* larger = new Larger;
+    EXPECT_NE(static_cast<const void*>(larger), block);
+    delete larger;
+}
+
 }  // namespace
 }  // namespace velmora

@@ -174,21 +174,16 @@ int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
     return rank + 2 * behind == doubleFrom && board[file + 8 * doubleFrom] == pawn;
 }
 
+int RayIndex(int a, int b);
+
 // After from -> to (the mover's piece, not its king), tells whether an enemy rook, bishop or
 // queen now reaches the mover's king along the line from the king through from.
 bool OpensLineToKing(const PieceCode* board, Square from, Square to, Colour mover) {
     const void* found = std::memchr(board, mover + kKing, 64);
     if (!found) return false;
     const int king = static_cast<int>(static_cast<const PieceCode*>(found) - board);
-    const int df = FileOf(from) - FileOf(king), dr = RankOf(from) - RankOf(king);
-    if (df != 0 && dr != 0 && std::abs(df) != std::abs(dr)) return false;
-    // The ray's index in the tables: four straight directions, then four diagonal ones.
-    int d;
-    if (df == 0 || dr == 0) {
-        d = df > 0 ? 0 : df < 0 ? 1 : dr > 0 ? 2 : 3;
-    } else {
-        d = df > 0 ? (dr > 0 ? 4 : 5) : (dr > 0 ? 6 : 7);
-    }
+    const int d = RayIndex(king, from);
+    if (d < 0) return false;
     const PieceCode base = mover == kWhite ? kBlack : kWhite;
     const PieceCode slider = base + (d < 4 ? kRook : kBishop), queen = base + kQueen;
     for (const Square* r = kAttacks.ray[king][d]; *r != kNoSquare; ++r) {
@@ -198,6 +193,23 @@ bool OpensLineToKing(const PieceCode* board, Square from, Square to, Colour move
         return code == slider || code == queen;
     }
     return false;
+}
+
+// The first piece met from square in direction d (an index of the ray tables), or 0.
+PieceCode FirstOnRay(const PieceCode* board, int square, int d) {
+    for (const Square* r = kAttacks.ray[square][d]; *r != kNoSquare; ++r) {
+        if (board[*r] != 0) return board[*r];
+    }
+    return 0;
+}
+
+// The index of the ray from square a through square b, or -1 when they share no line.
+int RayIndex(int a, int b) {
+    const int df = FileOf(b) - FileOf(a), dr = RankOf(b) - RankOf(a);
+    if (df == 0 && dr == 0) return -1;
+    if (df == 0 || dr == 0) return df > 0 ? 0 : df < 0 ? 1 : dr > 0 ? 2 : 3;
+    if (std::abs(df) != std::abs(dr)) return -1;
+    return df > 0 ? (dr > 0 ? 4 : 5) : (dr > 0 ? 6 : 7);
 }
 
 // Decides castling for a king on its home square moving two files. Returns -1 when the move
@@ -397,6 +409,33 @@ PromotionChooser GetPromotionChooser() {
     return promotionChooser;
 }
 
+namespace {
+
+// Whether the king of the side to move in after is attacked. When before was reached by a move
+// of that side (which left its king unattacked, or it would not have been played) and this move
+// is by the other side, neither castling nor taking en passant, only the piece moved and the
+// line through the square it left can attack the king now.
+int ChecksAfter(const Position& before, const Position& after, const MoveNode& node) {
+    const Colour defender = after.sideToMove;
+    const MoveNode* arrival = before.ArrivalNode();
+    if (arrival == nullptr || node.castlingKind != 0 || node.enPassantSquare != 0 ||
+        ColourOf(before.board[node.from]) != before.sideToMove ||
+        ColourOf(before.board[arrival->to]) != defender) {
+        return IsAttackedOn(after.board, defender, -1);
+    }
+    const void* found = std::memchr(after.board, defender + kKing, 64);
+    if (!found) return 0;
+    const int king = static_cast<int>(static_cast<const PieceCode*>(found) - after.board);
+    if (PieceMovesOn(after.board, node.to, static_cast<Square>(king))) return 1;
+    const int d = RayIndex(king, node.from);
+    if (d < 0) return 0;
+    const PieceCode base = defender == kWhite ? kBlack : kWhite;
+    const PieceCode code = FirstOnRay(after.board, king, d);
+    return code == base + (d < 4 ? kRook : kBishop) || code == base + kQueen;
+}
+
+}  // namespace
+
 // Plays from -> to: re-tests only a pair that differs from the cached one, builds the new
 // position, hangs its node into the tree, settles promotion and the check flag.
 Position* Position::PlayMove(int from, int to, MoveNode* replace, int promotionType,
@@ -431,7 +470,7 @@ Position* Position::PlayMove(int from, int to, MoveNode* replace, int promotionT
         next->board[to] = static_cast<PieceCode>(type + (mover == kBlackPawn ? kBlack : 0));
     }
 
-    node->givesCheck = static_cast<std::uint32_t>(IsAttacked(*next, next->sideToMove, -1));
+    node->givesCheck = static_cast<std::uint32_t>(ChecksAfter(*this, *next, *node));
     return next;
 }
 

@@ -212,7 +212,8 @@ TEST(MoveRules, CastlingMovesTheRookAndMovesClearTheFlags) {
 }
 
 // After a move that did not give check, legality looks only at the line through the square
-// left; along random games it must agree with the full test on a copy that knows no history.
+// left, and so does the check mark of the next move; along random games both must agree with
+// the full tests on a copy that knows no history.
 TEST(MoveRules, LegalityAfterAMoveAgreesWithTheFullTest) {
     std::mt19937 random(7);
     for (int game = 0; game < 60; ++game) {
@@ -240,6 +241,10 @@ TEST(MoveRules, LegalityAfterAMoveAgreesWithTheFullTest) {
             if (legal.empty()) break;
             auto [from, to] = legal[random() % legal.size()];
             position = position->PlayMove(from, to, nullptr, kQueen, nullptr);
+            // And the check mark, worked out from the piece moved and the line it opened.
+            ASSERT_EQ(position->ArrivalNode()->givesCheck,
+                      static_cast<std::uint32_t>(IsAttacked(*position, position->sideToMove, -1)))
+                << testing::TextOf(*position);
         }
     }
 }

@@ -365,7 +365,10 @@ int CandidateOrigins(Position& position, PieceCode code, Square from, Square to,
         }
         return count;
     }
-    std::sort(near, near + nearCount);
+    for (int k = 1; k < nearCount; ++k) {  // at most eight: sorted in place
+        for (int j = k; j > 0 && near[j] < near[j - 1]; --j)
+            std::swap(near[j], near[j - 1]);
+    }
     for (int k = 0; k < nearCount; ++k) {
         Square s = near[k];
         if (s == from) continue;

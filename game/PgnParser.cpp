@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -78,9 +79,10 @@ struct TagState {
     bool setUpPending = false;
 };
 
-// Applies one tag line to the game. Returns a PgnError: 0 to go on, 4 or 5 to stop.
+// Applies one tag line (a view of a NUL-terminated buffer) to the game. Returns a PgnError: 0
+// to go on, 4 or 5 to stop.
 int ReadTagLine(Game& game, std::u16string_view line, TagState* state) {
-    std::u16string value = QuotedValue(std::u16string(line).c_str());
+    std::u16string value = QuotedValue(line.data());
     auto is = [&](std::u16string_view prefix) { return StartsWithIgnoringCase(line, prefix); };
     if (is(u"[White ")) {
         state->whiteSeen = true;
@@ -167,10 +169,18 @@ int LoadGame(Game& game, PgnLineReader& reader, std::int64_t offset, int saveMod
     }
 
     TagState tags;
-    std::u16string line = platform::AnsiToWide(bytes);
+    // Each line is converted into one buffer on the stack, up to its first NUL byte.
+    char16_t line[PgnLineReader::kLineSize];
+    auto convert = [&]() {
+        std::size_t count = platform::AnsiToWide(std::string_view(bytes, std::strlen(bytes)), line,
+                                                 PgnLineReader::kLineSize - 1);
+        line[count] = 0;
+        return std::u16string_view(line, count);
+    };
+    std::u16string_view text = convert();
     for (;;) {
-        if (!line.empty() && line[0] == u'[') {
-            int code = ReadTagLine(game, line, &tags);
+        if (!text.empty() && text[0] == u'[') {
+            int code = ReadTagLine(game, text, &tags);
             if (code != kPgnOk) return code;
         } else if (tags.whiteSeen) {
             break;  // the first line of the move section
@@ -179,11 +189,11 @@ int LoadGame(Game& game, PgnLineReader& reader, std::int64_t offset, int saveMod
             if (tags.whiteSeen) break;  // the lexer starts on the last tag line
             return kPgnUnexpected;
         }
-        line = platform::AnsiToWide(bytes);
+        text = convert();
     }
     if (tags.setUpPending) return kPgnBadHeaders;
 
-    PgnLexer lexer(reader, line.c_str());
+    PgnLexer lexer(reader, line);
     int code = ParseMoves(lexer, &game.StartPosition(), 0, 0);
     if (code != kPgnOk) return code;
     game.endOffset = reader.Position();

@@ -311,11 +311,14 @@ int TestMove(Position& position, Square from, Square to, int* needsPromotion) {
     }
 
     if (result) {
-        if (TypeOf(code) != kKing && to != position.enPassant && mover == position.sideToMove &&
-            position.ArrivalNode() != nullptr && !position.ArrivalNode()->givesCheck) {
+        if (code != 0 && TypeOf(code) != kKing && to != position.enPassant &&
+            mover == position.sideToMove && position.ArrivalNode() != nullptr &&
+            !position.ArrivalNode()->givesCheck) {
             // The king was not attacked before (the move that led here says so) and stays where
             // it is: a move that neither takes en passant nor castles can only uncover a line
-            // through from, which is all that needs looking at.
+            // through from, which is all that needs looking at. A "move" of an empty square
+            // is left to the full test: it leaves to empty, so it may uncover a line through to
+            // as well.
             if (OpensLineToKing(board, from, to, mover)) result = 0;
         } else {
             std::memcpy(scratch, board, sizeof scratch);
@@ -421,8 +424,10 @@ namespace {
 int ChecksAfter(const Position& before, const Position& after, const MoveNode& node) {
     const Colour defender = after.sideToMove;
     const MoveNode* arrival = before.ArrivalNode();
+    // A "move" of an empty square leaves nothing on node.to that could give check, and the
+    // piece-moves test below would answer yes for the empty square: it takes the full test.
     if (arrival == nullptr || node.castlingKind != 0 || node.enPassantSquare != 0 ||
-        ColourOf(before.board[node.from]) != before.sideToMove ||
+        before.board[node.from] == 0 || ColourOf(before.board[node.from]) != before.sideToMove ||
         ColourOf(before.board[arrival->to]) != defender) {
         return IsAttackedOn(after.board, defender, -1);
     }

@@ -15,6 +15,7 @@
 #include "platform/CodePage.h"
 #include "platform/File.h"
 #include "platform/Paths.h"
+#include "tests/MemoryFileSystem.h"
 
 namespace velmora::test {
 
@@ -49,19 +50,6 @@ struct TempFolder {  // a fresh temporary folder, removed with everything in it
     std::filesystem::path dir = std::filesystem::temp_directory_path() /
                                 ("velmora-test-" + std::to_string(std::random_device{}()));
     std::error_code ignored;
-};
-struct MemoryFile final : platform::File {  // keeps what is written to it; all else fails
-    using Error = platform::ErrorCode;
-    Error Read(void*, std::uint32_t, std::uint32_t*) override { return 1; }
-    Error Write(const void* data, std::uint32_t size, std::uint32_t* written) override {
-        bytes.append(static_cast<const char*>(data), size);
-        if (written) *written = size;
-        return 0;
-    }
-    Error Seek(std::int64_t, platform::SeekOrigin, std::int64_t*) override { return 1; }
-    Error Size(std::int64_t*) override { return 1; }
-    Error SetEndOfFile() override { return 1; }
-    std::string bytes;
 };
 struct RecordedMessages final : UserMessages {  // while it lives: records, gives answer to all
     RecordedMessages() { SetUserMessages(this); }

@@ -1,0 +1,218 @@
+// Fuzz drivers: what each fuzz target runs on its input. The tests run the seeds (and would run
+// any input the fuzzers find) through the same functions, so each is checked on the fuzzed path.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/Position.h"
+#include "core/San.h"
+#include "game/Game.h"
+#include "game/GameIndex.h"
+#include "game/MoveTree.h"
+#include "game/PgnLineReader.h"
+#include "game/PgnParser.h"
+#include "game/PgnWriter.h"
+#include "platform/CodePage.h"
+#include "tests/MemoryFileSystem.h"
+
+namespace velmora::fuzz {
+
+// Position text: the bytes read as a position, the text written from it, and that text read
+// into a fresh position and written again.
+struct PositionTextRun {
+    int read = 0;
+    std::u16string written;
+    int reread = 0;
+    std::u16string rewritten;
+    // The written text reads back to itself, except that a stored en-passant value is written
+    // as two characters the reader rejects (an en-passant square read from text is kept as a
+    // value that names no square, and written back from that value).
+    bool RoundTripHolds(const Position& first) const {
+        return reread == (first.enPassant == kNoSquare) && (!reread || rewritten == written);
+    }
+};
+
+inline PositionTextRun RunPositionText(std::string_view bytes, Position& position) {
+    PositionTextRun run;
+    run.read = position.SetFromText(platform::AnsiToWide(bytes).c_str());
+    // A failed read leaves a half-read position, which is still shown and written.
+    char16_t text[Position::kTextBufferSize];
+    run.written.assign(text, position.WriteText(text));
+    Position again;
+    run.reread = again.SetFromText(text);
+    run.rewritten.assign(text, again.WriteText(text));
+    return run;
+}
+
+// SAN: the first byte picks a start position (and a glyph for the moves read), the rest is
+// moves separated by blanks, each read from the position the last readable one reached.
+struct SanRun {
+    std::u16string written;      // each move read, as WriteSan writes it, separated by blanks
+    int read = 0;                // moves read; every second one is written with its number
+    int unreadable = 0;          // tokens that named no legal move
+    bool overloadsAgree = true;  // the char overload, on a copy, played the same move
+};
+
+inline constexpr const char* kSanStarts[] = {
+    nullptr,  // the initial position
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1",
+    "4k3/1P6/8/8/8/8/6p1/4K2R w K - 0 40",
+    "n1n1k3/1P6/8/8/8/8/1p6/N1N1K3 b - - 0 30",
+    // Both sides may promote, capturing or not, and castle on either side.
+    "r3k2r/1P4P1/8/3pP3/8/8/1p4p1/R3K2R w KQkq - 0 20",
+};
+// Moves played from the initial position before the input's, giving an en-passant chance: the
+// start picked after the last of kSanStarts.
+inline constexpr const char* kEnPassantPrelude[] = {"e4", "a6", "e5", "d5"};
+
+inline bool SameMove(const MoveNode& a, const MoveNode& b) {
+    char16_t textA[Position::kTextBufferSize], textB[Position::kTextBufferSize];
+    return a.from == b.from && a.to == b.to && a.promotion == b.promotion &&
+           a.givesCheck == b.givesCheck &&
+           std::u16string_view(textA, a.positionAfter->WriteText(textA)) ==
+               std::u16string_view(textB, b.positionAfter->WriteText(textB));
+}
+
+inline SanRun RunSan(std::string_view bytes) {
+    SanRun run;
+    if (bytes.empty()) return run;
+    const auto first = static_cast<unsigned char>(bytes[0]);
+    const std::size_t pick = first % (std::size(kSanStarts) + 1);
+    const auto glyph = static_cast<std::uint8_t>(first / 8);
+    bytes.remove_prefix(1);
+    Position start;
+    Position* current = &start;
+    if (pick == std::size(kSanStarts)) {
+        for (const char* move : kEnPassantPrelude)
+            current = ReadSan(current, move);
+    } else if (kSanStarts[pick] != nullptr) {
+        start.SetFromText(platform::AnsiToWide(kSanStarts[pick]).c_str());
+    }
+    while (!bytes.empty()) {
+        std::size_t blank = bytes.find(' ');
+        std::string token(bytes.substr(0, blank));
+        bytes.remove_prefix(blank == std::string_view::npos ? bytes.size() : blank + 1);
+        // The char overload reads the bytes themselves on a copy of the position; SAN letters
+        // are ASCII, so it must play the same move with the same check mark. The copy has no
+        // move leading to it, so its legality and check tests take no shortcut through the
+        // tree: the two reads also hold the shortcuts against the full tests. (Reading again
+        // on the same position need not find the move just added: a "move" of an empty square
+        // keeps no promotion, while its text may name one.)
+        Position copy;
+        copy.CopyFrom(*current);
+        Position* next = ReadSan(current, platform::AnsiToWide(token).c_str());
+        Position* other = ReadSan(&copy, token.c_str());
+        if ((next == nullptr) != (other == nullptr) ||
+            (next && !SameMove(*next->ArrivalNode(), *other->ArrivalNode()))) {
+            run.overloadsAgree = false;
+        }
+        if (next == nullptr) {
+            ++run.unreadable;
+            continue;
+        }
+        MoveNode* node = next->ArrivalNode();
+        node->nag = glyph;
+        char16_t san[kSanBufferSize];
+        int length = WriteSan(node, san, run.read % 2, glyph & 1);
+        if (run.read++ > 0) run.written += u' ';
+        run.written.append(san, length);
+        WriteCoordinates(node, san);
+        current = next;
+    }
+    return run;
+}
+
+// PGN file: the bytes as one file; the games the index finds are loaded one by one (at most
+// maxGames), then the file is loaded at offset 0, each through the file system; then the same
+// offsets are loaded again through one reader kept open on the file, whose read-ahead block
+// of 1 to 300 bytes follows from the file's size. A game that loads is also written.
+struct LoadRun {
+    std::vector<std::uint32_t> offsets;  // of the games found
+    std::vector<int> codes;              // LoadGame at each offset, then at 0
+    std::vector<int> sharedCodes;        // the same through the one open reader
+    // Where each game that loaded ends (0 for the others), through the file system and through
+    // the open reader.
+    std::vector<std::uint32_t> ends, sharedEnds;
+};
+
+inline LoadRun RunLoadGames(std::string_view bytes, int maxGames = 16) {
+    test::MemoryFileSystem files;
+    const std::u16string path = u"fuzz.pgn";
+    files.files[path] = std::string(bytes);
+    GameIndex index(path.c_str());
+    index.Load(files);
+    LoadRun run;
+    for (GameSummary* entry = index.First(); entry && int(run.offsets.size()) < maxGames;
+         entry = entry->next.get())
+        run.offsets.push_back(entry->offset);
+    std::vector<std::uint32_t> offsets = run.offsets;
+    offsets.push_back(0);
+
+    for (std::uint32_t offset : offsets) {
+        Game game(&index);
+        int code = LoadGame(game, nullptr, offset, index.Count(), files);
+        MessageFor(code);
+        if (code == kPgnOk) {
+            test::MemoryFile written;
+            PgnWriter(written).WriteGame(game);
+        }
+        run.codes.push_back(code);
+        run.ends.push_back(code == kPgnOk ? game.endOffset : 0);
+    }
+    test::MemoryFile file{std::string(bytes)};
+    PgnLineReader reader(file, 1 + static_cast<std::uint32_t>(bytes.size() % 300));
+    for (std::uint32_t offset : offsets) {
+        Game game(&index);
+        int code = LoadGame(game, reader, offset, index.Count());
+        run.sharedCodes.push_back(code);
+        run.sharedEnds.push_back(code == kPgnOk ? game.endOffset : 0);
+    }
+    return run;
+}
+
+// Scan: the games ScanFile finds, each summary as one line of text.
+inline std::u16string SummaryLine(const GameSummary& s, std::uint32_t nextLine) {
+    std::u16string line;
+    auto field = [&](const OwnedText& text) {
+        line += text.IsNull() ? u"<none>" : std::u16string(text.View());
+        line += u'|';
+    };
+    for (std::uint32_t number : {s.offset, nextLine, std::uint32_t(s.result)})
+        line += platform::Utf8ToWide(std::to_string(number)) + u'|';
+    for (const OwnedText* text :
+         {&s.white, &s.black, &s.event, &s.date, &s.round, &s.site, &s.eco, &s.start})
+        field(*text);
+    return line;
+}
+
+struct ScanRun {
+    int count = 0;
+    std::vector<std::u16string> games;
+};
+
+inline ScanRun RunScan(std::string_view bytes, std::uint32_t blockSize) {
+    test::MemoryFile file{std::string(bytes)};
+    PgnLineReader reader(file, blockSize);
+    ScanRun run;
+    ScanFile(reader, &run.count, [&](std::unique_ptr<GameSummary> summary, std::uint32_t next) {
+        run.games.push_back(SummaryLine(*summary, next));
+        return 1;
+    });
+    return run;
+}
+
+// Stops the fuzz run with a report when a property that must hold does not.
+inline void Require(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "property broken: %s\n", what);
+    std::abort();
+}
+
+}  // namespace velmora::fuzz

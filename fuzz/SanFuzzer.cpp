@@ -1,0 +1,14 @@
+// Fuzz target: a start position picked by the first byte, then SAN moves read, played and
+// written.
+#include <cstddef>
+#include <cstdint>
+
+#include "fuzz/FuzzDrivers.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace velmora;
+    fuzz::SanRun run = fuzz::RunSan({reinterpret_cast<const char*>(data), size});
+    fuzz::Require(run.overloadsAgree,
+                  "both ReadSan overloads play the same move, in the tree and on a copy");
+    return 0;
+}

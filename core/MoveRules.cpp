@@ -282,6 +282,32 @@ MoveEffects ApplyMoveToBoard(PieceCode* board, Square from, Square to, Square en
     return effects;
 }
 
+namespace {
+
+// The second half of the legality test, for a move whose geometry passed: whether the mover's
+// king is not attacked once the move is made.
+bool KingStaysSafe(const Position& position, Square from, Square to) {
+    const PieceCode* board = position.board;
+    const PieceCode code = board[from];
+    const Colour mover = ColourOf(code);
+    if (code != 0 && TypeOf(code) != kKing && to != position.enPassant &&
+        mover == position.sideToMove && position.ArrivalNode() != nullptr &&
+        !position.ArrivalNode()->givesCheck) {
+        // The king was not attacked before (the move that led here says so) and stays where
+        // it is: a move that neither takes en passant nor castles can only uncover a line
+        // through from, which is all that needs looking at. A "move" of an empty square is
+        // left to the full test: it leaves to empty, so it may uncover a line through to as
+        // well.
+        return !OpensLineToKing(board, from, to, mover);
+    }
+    PieceCode scratch[64];
+    std::memcpy(scratch, board, sizeof scratch);
+    ApplyMoveToBoard(scratch, from, to, position.enPassant);
+    return !IsAttackedOn(scratch, mover, -1);
+}
+
+}  // namespace
+
 // Runs the full legality test and records it as the position's tested pair. King safety is
 // checked on a scratch board on the stack, so the test allocates nothing.
 int TestMove(Position& position, Square from, Square to, int* needsPromotion) {
@@ -310,22 +336,7 @@ int TestMove(Position& position, Square from, Square to, int* needsPromotion) {
         if (result < 0) result = PieceMovesOn(board, from, to);
     }
 
-    if (result) {
-        if (code != 0 && TypeOf(code) != kKing && to != position.enPassant &&
-            mover == position.sideToMove && position.ArrivalNode() != nullptr &&
-            !position.ArrivalNode()->givesCheck) {
-            // The king was not attacked before (the move that led here says so) and stays where
-            // it is: a move that neither takes en passant nor castles can only uncover a line
-            // through from, which is all that needs looking at. A "move" of an empty square
-            // is left to the full test: it leaves to empty, so it may uncover a line through to
-            // as well.
-            if (OpensLineToKing(board, from, to, mover)) result = 0;
-        } else {
-            std::memcpy(scratch, board, sizeof scratch);
-            ApplyMoveToBoard(scratch, from, to, position.enPassant);
-            if (IsAttackedOn(scratch, mover, -1)) result = 0;
-        }
-    }
+    if (result && !KingStaysSafe(position, from, to)) result = 0;
 
     if (needsPromotion) {
         *needsPromotion =
@@ -372,10 +383,19 @@ int CandidateOrigins(Position& position, PieceCode code, Square from, Square to,
         for (int j = k; j > 0 && near[j] < near[j - 1]; --j)
             std::swap(near[j], near[j - 1]);
     }
+    // Their geometry holds by the way they were found; what TestMove would add is the rest:
+    // not onto a piece of their own colour, and the king safe afterwards. The verdict is
+    // recorded as the tested pair, as TestMove records it.
+    const bool ownPieceOnTo =
+        position.board[to] != 0 && ColourOf(position.board[to]) == ColourOf(code);
     for (int k = 0; k < nearCount; ++k) {
         Square s = near[k];
         if (s == from) continue;
-        if (TestMove(position, s, to, nullptr)) squares[count++] = s;
+        int result = !ownPieceOnTo && KingStaysSafe(position, s, to);
+        position.testedFrom = s;
+        position.testedTo = to;
+        position.testedResult = static_cast<std::uint32_t>(result);
+        if (result) squares[count++] = s;
     }
     return count;
 }

@@ -1,0 +1,79 @@
+// The settings store in memory, its text form, and keys opened on it.
+#include <gtest/gtest.h>
+
+#include "platform/SettingsStore.h"
+
+namespace velmora::platform {
+namespace {
+
+TEST(SettingsStore, KeysAndValuesIgnoreCaseAndSurviveTheTextForm) {
+    MemorySettingsStore store;
+    RegistryKey key(store);
+    EXPECT_FALSE(key.Open(StoreRoot::CurrentUser, u"Software\\Trelvik", false));
+    EXPECT_FALSE(key.SetDword(u"Layout", 1));  // a key that is not open does nothing
+    ASSERT_TRUE(key.Open(StoreRoot::CurrentUser, u"Software\\Trelvik\\Velmora", true));
+    EXPECT_TRUE(key.SetDword(u"Layout", 4));
+    EXPECT_TRUE(key.SetString(u"Open in", u"\\My Documents \"Games\"\nline"));
+    EXPECT_TRUE(key.SetDefaultString(u"Velmora.Document"));
+    RegistryKey files(store);
+    ASSERT_TRUE(files.Open(key, u"Files", true));
+    EXPECT_TRUE(files.SetString(u"0", u"caf\u00E9.pgn"));
+    ASSERT_TRUE(key.Open(StoreRoot::ClassesRoot, u".pgn", true));
+    EXPECT_TRUE(key.SetString(u"", u"pgnfile"));
+
+    MemorySettingsStore copy;
+    ASSERT_TRUE(copy.FromText(store.ToText()));
+    EXPECT_EQ(copy.ToText(), store.ToText());
+    RegistryKey read(copy);
+    ASSERT_TRUE(read.Open(StoreRoot::CurrentUser, u"SOFTWARE\\trelvik\\VELMORA", false));
+    std::uint32_t layout = 0;
+    EXPECT_TRUE(read.GetDword(u"layout", &layout));
+    EXPECT_EQ(layout, 4u);
+    char16_t text[64];
+    EXPECT_TRUE(read.GetString(u"Open in", text, sizeof text));
+    EXPECT_EQ(std::u16string(text), u"\\My Documents \"Games\"\nline");
+    EXPECT_TRUE(read.GetDefaultString(text, sizeof text));
+    EXPECT_EQ(std::u16string(text), u"Velmora.Document");
+    // A buffer one byte short of the text and its terminator reads nothing.
+    EXPECT_FALSE(read.GetString(u"Open in", text, 2 * 27 - 1));
+    EXPECT_EQ(read.ValueSize(u"Open in"), 2 * 27);
+    EXPECT_EQ(read.ValueSize(u"Missing"), -1);
+    EXPECT_FALSE(read.GetDword(u"Open in", &layout));  // longer than a DWORD
+    RegistryKey list(copy);
+    ASSERT_TRUE(list.Open(read, u"files", false));
+    EXPECT_TRUE(list.GetString(u"0", text, sizeof text));
+    EXPECT_EQ(std::u16string(text), u"caf\u00E9.pgn");
+
+    EXPECT_TRUE(read.DeleteValue(u"LAYOUT"));
+    EXPECT_FALSE(read.Exists(u"Layout"));
+    EXPECT_TRUE(read.DeleteTree(u"Files"));
+    EXPECT_FALSE(list.Open(read, u"Files", false));
+    std::u16string name;
+    EXPECT_EQ(copy.SubkeyNameAt(StoreRoot::ClassesRoot, u"", 0, &name), kStoreOk);
+    EXPECT_EQ(name, u".pgn");
+    EXPECT_EQ(copy.SubkeyNameAt(StoreRoot::ClassesRoot, u"", 1, &name), kStoreNoMoreItems);
+}
+
+TEST(SettingsStore, TextThatCannotBeReadLeavesAnEmptyStore) {
+    for (const char* text : {"\"Layout\"=dword:1\n",  // a value before any key
+                             "[HKEY_LOCAL_MACHINE\\Software]\n", "[HKEY_CURRENT_USER\\A]\nx=1\n",
+                             "[HKEY_CURRENT_USER\\A]\n\"v\"=dword:0000001\n",
+                             "[HKEY_CURRENT_USER\\A]\n\"v\"=hex(3):0g\n"}) {
+        MemorySettingsStore store;
+        EXPECT_FALSE(store.FromText(text)) << text;
+        EXPECT_FALSE(store.KeyExists(StoreRoot::CurrentUser, u"A")) << text;
+    }
+    MemorySettingsStore store;
+    ASSERT_TRUE(store.FromText("[HKEY_CURRENT_USER\\A]\r\n\"b\"=hex(3):01,ff\r\n@=\"x\"\r\n"));
+    std::uint8_t bytes[4];
+    std::uint32_t size = 0;
+    ValueType type{};
+    EXPECT_EQ(store.ReadValue(StoreRoot::CurrentUser, u"A", u"b", &type, bytes, 4, &size),
+              kStoreOk);
+    EXPECT_EQ(type, ValueType::Binary);
+    EXPECT_EQ(size, 2u);
+    EXPECT_EQ(bytes[1], 0xFF);
+}
+
+}  // namespace
+}  // namespace velmora::platform

@@ -3,8 +3,8 @@
 
 #include <charconv>
 
-#include "platform/CodePage.h"
 #include "platform/Console.h"
+#include "platform/SystemError.h"
 
 namespace velmora::cli {
 
@@ -29,6 +29,11 @@ int StreamMessages::Show(const std::u16string& text, const std::u16string& capti
     return buttons == MessageButtons::Ok ? kAnswerOk : kAnswerNo;
 }
 
+void StreamMessages::ShowUnopenable(const std::u16string& path, platform::ErrorCode error) {
+    Show(platform::ErrorTextOrCode(error) + u" (" + path + u")", u"Unable to open file",
+         MessageIcon::Error, MessageButtons::Ok, nullptr);
+}
+
 Progress::Progress(std::ostream& err, const std::u16string& label)
     : err_(err), label_(label), enabled_(platform::StandardErrorIsTerminal()) {}
 
@@ -49,20 +54,9 @@ void Progress::Update(const char* what, long long value) {
 
 namespace {
 
-// Appends text as UTF-8; ASCII, nearly all of a game list, is copied a unit at a time.
-void AppendText(std::string& line, std::u16string_view text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] >= 0x80) {
-            line += platform::WideToUtf8(text.substr(i));
-            return;
-        }
-        line.push_back(static_cast<char>(text[i]));
-    }
-}
-
 void AppendField(std::string& line, const OwnedText& text) {
     line.push_back('\t');
-    if (!text.IsNull()) AppendText(line, text.View());
+    if (!text.IsNull()) AppendUtf8(line, text.View());
 }
 
 }  // namespace
@@ -77,7 +71,7 @@ void PrintSummary(std::ostream& out, const GameSummary& summary) {
     AppendField(line, summary.white);
     AppendField(line, summary.black);
     line.push_back('\t');
-    AppendText(line, summary.ResultText(0));
+    AppendUtf8(line, summary.ResultText(0));
     AppendField(line, summary.date);
     AppendField(line, summary.event);
     AppendField(line, summary.round);

@@ -8,6 +8,7 @@
 #include "cli/Commands.h"
 #include "game/GameHeader.h"
 #include "game/UserMessages.h"
+#include "platform/File.h"
 
 namespace velmora::cli {
 
@@ -19,6 +20,8 @@ class StreamMessages final : public UserMessages {
     ~StreamMessages() override;
     int Show(const std::u16string& text, const std::u16string& caption, MessageIcon,
              MessageButtons buttons, void*) override;
+    // "Unable to open file: reason (path)".
+    void ShowUnopenable(const std::u16string& path, platform::ErrorCode error);
 
   private:
     std::ostream& err_;

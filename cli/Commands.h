@@ -16,6 +16,8 @@ constexpr int kExitUsage = 2;
 
 // Writes UTF-16 text to a byte stream as UTF-8.
 void Print(std::ostream& stream, std::u16string_view text);
+// Appends UTF-16 text to out as UTF-8.
+void AppendUtf8(std::string& out, std::u16string_view text);
 
 // velmora-pgn play [--from "POSITION TEXT"] SAN...: plays the moves and prints each with the
 // position text after it. args holds the words after "play".

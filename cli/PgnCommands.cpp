@@ -15,7 +15,6 @@
 #include "game/PgnSave.h"
 #include "game/PgnWriter.h"
 #include "game/UserMessages.h"
-#include "platform/SystemError.h"
 
 namespace velmora::cli {
 
@@ -204,8 +203,7 @@ int RunCheck(const Arguments& args, std::ostream& out, std::ostream& err) {
         std::unique_ptr<platform::File> file =
             platform::SystemFileSystem().Open(path, platform::OpenMode::ReadShared, &error);
         if (!file) {
-            messages.Show(platform::ErrorTextOrCode(error) + u" (" + path + u")",
-                          u"Unable to open file", MessageIcon::Error, MessageButtons::Ok, nullptr);
+            messages.ShowUnopenable(path, error);
             unreadable = true;
             continue;
         }

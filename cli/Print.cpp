@@ -4,24 +4,23 @@
 
 namespace velmora::cli {
 
-// ASCII text, most of what is printed, goes out through a buffer on the stack; from the first
-// other character on the rest is converted as a whole.
-void Print(std::ostream& stream, std::u16string_view text) {
-    char buffer[256];
-    std::size_t used = 0;
+// ASCII, nearly all of what the tool prints, is copied a unit at a time; from the first other
+// character on, the rest is converted as a whole.
+void AppendUtf8(std::string& out, std::u16string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] >= 0x80) {
-            stream.write(buffer, static_cast<std::streamsize>(used));
-            stream << platform::WideToUtf8(text.substr(i));
+            out += platform::WideToUtf8(text.substr(i));
             return;
         }
-        buffer[used++] = static_cast<char>(text[i]);
-        if (used == sizeof buffer) {
-            stream.write(buffer, static_cast<std::streamsize>(used));
-            used = 0;
-        }
+        out.push_back(static_cast<char>(text[i]));
     }
-    stream.write(buffer, static_cast<std::streamsize>(used));
+}
+
+void Print(std::ostream& stream, std::u16string_view text) {
+    thread_local std::string bytes;
+    bytes.clear();
+    AppendUtf8(bytes, text);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 }  // namespace velmora::cli

@@ -6,7 +6,6 @@
 #include "cli/Commands.h"
 #include "core/Position.h"
 #include "game/GameSearch.h"
-#include "platform/SystemError.h"
 
 namespace velmora::cli {
 
@@ -75,9 +74,7 @@ class PrintingObserver final : public SearchObserver {
         progress_.SetLabel(path);
         if (size >= 0) return;
         unreadable = true;
-        StreamMessages(err_).Show(platform::ErrorTextOrCode(error) + u" (" + path + u")",
-                                  u"Unable to open file", MessageIcon::Error, MessageButtons::Ok,
-                                  nullptr);
+        StreamMessages(err_).ShowUnopenable(path, error);
     }
     void Progress(int, std::uint32_t) override { progress_.Update("games", ++games_); }
     void Found(const GameSummary& summary, int number) override {

@@ -125,74 +125,10 @@ struct AttackTables {
 };
 constexpr AttackTables kAttacks;
 
-// Answers whether a piece of the other colour could move to square by the geometry of
-// PieceMovesOn, looking outwards from the square instead of at every piece: the rays for the
-// sliders, the jumps, the neighbours, and the pawn moves (a pawn "attacks" an occupied square
-// diagonally and an empty one straight ahead, double step included). An enemy king standing on
-// the square itself counts, as a king "moves" to its own square. Square -1 means the king of
-// colour.
-int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
-    if (square == -1) {
-        PieceCode king = static_cast<PieceCode>(colour + kKing);
-        const void* found = std::memchr(board, king, 64);
-        if (!found) return 0;
-        square = static_cast<int>(static_cast<const PieceCode*>(found) - board);
-    }
-    if (square < 0 || square > 63) return 0;
-    const PieceCode base = colour == kWhite ? kBlack : kWhite;
-    const PieceCode pawn = base + kPawn, rook = base + kRook, knight = base + kKnight;
-    const PieceCode bishop = base + kBishop, queen = base + kQueen, king = base + kKing;
-
-    if (board[square] == king) return 1;
-    for (const Square* s = kAttacks.knight[square]; *s != kNoSquare; ++s) {
-        if (board[*s] == knight) return 1;
-    }
-    for (const Square* s = kAttacks.king[square]; *s != kNoSquare; ++s) {
-        if (board[*s] == king) return 1;
-    }
-    for (int d = 0; d < 8; ++d) {
-        const PieceCode slider = d < 4 ? rook : bishop;
-        const Square* ray = kAttacks.ray[square][d];
-        for (const Square* r = ray; *r != kNoSquare; ++r) {
-            PieceCode code = board[*r];
-            if (code == 0) continue;
-            if (code == slider || code == queen) return 1;
-            break;
-        }
-    }
-    // An enemy white pawn stands below the square, a black one above.
-    const int file = FileOf(square), rank = RankOf(square);
-    const int behind = base == kWhite ? -1 : 1;
-    const int pawnRank = rank + behind;
-    if (pawnRank < 0 || pawnRank > 7) return 0;
-    const PieceCode* row = board + 8 * pawnRank;
-    if (board[square] != 0) {
-        return (file > 0 && row[file - 1] == pawn) || (file < 7 && row[file + 1] == pawn);
-    }
-    if (row[file] == pawn) return 1;
-    const int doubleFrom = base == kWhite ? 1 : 6;
-    return rank + 2 * behind == doubleFrom && board[file + 8 * doubleFrom] == pawn;
-}
-
-int RayIndex(int a, int b);
-
-// After from -> to (the mover's piece, not its king), tells whether an enemy rook, bishop or
-// queen now reaches the mover's king along the line from the king through from.
-bool OpensLineToKing(const PieceCode* board, Square from, Square to, Colour mover) {
-    const void* found = std::memchr(board, mover + kKing, 64);
-    if (!found) return false;
-    const int king = static_cast<int>(static_cast<const PieceCode*>(found) - board);
-    const int d = RayIndex(king, from);
-    if (d < 0) return false;
-    const PieceCode base = mover == kWhite ? kBlack : kWhite;
-    const PieceCode slider = base + (d < 4 ? kRook : kBishop), queen = base + kQueen;
-    for (const Square* r = kAttacks.ray[king][d]; *r != kNoSquare; ++r) {
-        constexpr PieceCode kMovedPiece = 0xFF;  // stands on to: blocks, attacks nothing here
-        PieceCode code = *r == from ? PieceCode{0} : *r == to ? kMovedPiece : board[*r];
-        if (code == 0) continue;
-        return code == slider || code == queen;
-    }
-    return false;
+// The square of colour's king, or -1 when it has none.
+int KingSquare(const PieceCode* board, Colour colour) {
+    const void* found = std::memchr(board, colour + kKing, 64);
+    return found ? static_cast<int>(static_cast<const PieceCode*>(found) - board) : -1;
 }
 
 // The first piece met from square in direction d (an index of the ray tables), or 0.
@@ -210,6 +146,63 @@ int RayIndex(int a, int b) {
     if (df == 0 || dr == 0) return df > 0 ? 0 : df < 0 ? 1 : dr > 0 ? 2 : 3;
     if (std::abs(df) != std::abs(dr)) return -1;
     return df > 0 ? (dr > 0 ? 4 : 5) : (dr > 0 ? 6 : 7);
+}
+
+// Whether code, met first along ray d, is a rook, bishop or queen of colour's enemy that
+// reaches back along that ray.
+bool SlidesAlong(PieceCode code, int d, Colour colour) {
+    const PieceCode base = colour == kWhite ? kBlack : kWhite;
+    return code == base + (d < 4 ? kRook : kBishop) || code == base + kQueen;
+}
+
+// Answers whether a piece of the other colour could move to square by the geometry of
+// PieceMovesOn, looking outwards from the square instead of at every piece: the rays for the
+// sliders, the jumps, the neighbours, and the pawn moves (a pawn "attacks" an occupied square
+// diagonally and an empty one straight ahead, double step included). An enemy king standing on
+// the square itself counts, as a king "moves" to its own square. Square -1 means the king of
+// colour.
+int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
+    if (square == -1) square = KingSquare(board, colour);
+    if (square < 0 || square > 63) return 0;
+    const PieceCode base = colour == kWhite ? kBlack : kWhite;
+    const PieceCode pawn = base + kPawn, knight = base + kKnight, king = base + kKing;
+
+    if (board[square] == king) return 1;
+    for (const Square* s = kAttacks.knight[square]; *s != kNoSquare; ++s) {
+        if (board[*s] == knight) return 1;
+    }
+    for (const Square* s = kAttacks.king[square]; *s != kNoSquare; ++s) {
+        if (board[*s] == king) return 1;
+    }
+    for (int d = 0; d < 8; ++d) {
+        if (SlidesAlong(FirstOnRay(board, square, d), d, colour)) return 1;
+    }
+    // An enemy white pawn stands below the square, a black one above.
+    const int file = FileOf(square), rank = RankOf(square);
+    const int behind = base == kWhite ? -1 : 1;
+    const int pawnRank = rank + behind;
+    if (pawnRank < 0 || pawnRank > 7) return 0;
+    const PieceCode* row = board + 8 * pawnRank;
+    if (board[square] != 0) {
+        return (file > 0 && row[file - 1] == pawn) || (file < 7 && row[file + 1] == pawn);
+    }
+    if (row[file] == pawn) return 1;
+    const int doubleFrom = base == kWhite ? 1 : 6;
+    return rank + 2 * behind == doubleFrom && board[file + 8 * doubleFrom] == pawn;
+}
+
+// After from -> to (the mover's piece, not its king), tells whether an enemy rook, bishop or
+// queen now reaches the mover's king along the line from the king through from.
+bool OpensLineToKing(const PieceCode* board, Square from, Square to, Colour mover) {
+    const int king = KingSquare(board, mover);
+    const int d = king < 0 ? -1 : RayIndex(king, from);
+    if (d < 0) return false;
+    for (const Square* r = kAttacks.ray[king][d]; *r != kNoSquare; ++r) {
+        constexpr PieceCode kMovedPiece = 0xFF;  // stands on to: blocks, attacks nothing here
+        PieceCode code = *r == from ? PieceCode{0} : *r == to ? kMovedPiece : board[*r];
+        if (code != 0) return SlidesAlong(code, d, mover);
+    }
+    return false;
 }
 
 // Decides castling for a king on its home square moving two files. Returns -1 when the move
@@ -451,15 +444,11 @@ int ChecksAfter(const Position& before, const Position& after, const MoveNode& n
         ColourOf(before.board[arrival->to]) != defender) {
         return IsAttackedOn(after.board, defender, -1);
     }
-    const void* found = std::memchr(after.board, defender + kKing, 64);
-    if (!found) return 0;
-    const int king = static_cast<int>(static_cast<const PieceCode*>(found) - after.board);
+    const int king = KingSquare(after.board, defender);
+    if (king < 0) return 0;
     if (PieceMovesOn(after.board, node.to, static_cast<Square>(king))) return 1;
     const int d = RayIndex(king, node.from);
-    if (d < 0) return 0;
-    const PieceCode base = defender == kWhite ? kBlack : kWhite;
-    const PieceCode code = FirstOnRay(after.board, king, d);
-    return code == base + (d < 4 ? kRook : kBishop) || code == base + kQueen;
+    return d >= 0 && SlidesAlong(FirstOnRay(after.board, king, d), d, defender);
 }
 
 }  // namespace

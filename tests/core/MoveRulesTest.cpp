@@ -249,22 +249,5 @@ TEST(MoveRules, LegalityAfterAMoveAgreesWithTheFullTest) {
     }
 }
 
-TEST(MoveRules, FreedPositionBlocksAreReusedOnlyForTheirOwnSize) {
-    Position* first = new Position;
-    const void* block = first;
-    delete first;
-    Position* again = new Position;
-    EXPECT_EQ(static_cast<const void*>(again), block);
-    EXPECT_EQ(testing::TextOf(*again), testing::TextOf(Position()));
-    delete again;
-    // A derived class is larger: it gets its own block, whole, and gives it back.
-    struct Larger : Position {
-        char extra[64] = {};
-    };
-    Position* larger = new Larger;
-    EXPECT_NE(static_cast<const void*>(larger), block);
-    delete larger;
-}
-
 }  // namespace
 }  // namespace velmora

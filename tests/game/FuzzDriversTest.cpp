@@ -1,25 +1,14 @@
-// The fuzz drivers on the committed seeds: files in memory load and scan as real files do, and
-// each seed reaches what it was written for, so the fuzzers start from where they should.
+// The fuzz drivers: files in memory load and scan as real files do, and the fuzzers' findings
+// replay with their outcomes.
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <map>
 
 #include "PgnTestSupport.h"
 #include "fuzz/FuzzDrivers.h"
 
 namespace velmora {
 namespace {
-
-// The files of a seed folder of fuzz/corpus, by name, with their bytes.
-std::map<std::string, std::string> Seeds(const std::string& target) {
-    std::map<std::string, std::string> seeds;
-    const std::filesystem::path folder =
-        std::filesystem::path(VELMORA_TEST_DATA_DIR) / ".." / ".." / "fuzz" / "corpus" / target;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        seeds[entry.path().filename().string()] = test::ReadBytes(entry.path().u16string());
-    return seeds;
-}
 
 // Every PGN file of tests/data, loaded and scanned from memory as the PGN fuzzers do, gives the
 // games, offsets and load results that the real file system gives, at any read-ahead size.
@@ -58,39 +47,6 @@ TEST(FuzzDrivers, MemoryFilesLoadAndScanAsRealFiles) {
         }
     }
     EXPECT_GT(files, 20);
-}
-
-TEST(FuzzDrivers, SanSeedsReadEveryMoveFromTheirStart) {
-    const auto seeds = Seeds("fuzz-san");
-    EXPECT_GE(seeds.size(), 7u);
-    for (const auto& [name, bytes] : seeds) {
-        const fuzz::SanRun run = fuzz::RunSan(bytes);
-        EXPECT_EQ(run.unreadable, 0) << name << ": " << platform::WideToUtf8(run.written);
-        EXPECT_TRUE(run.overloadsAgree) << name;
-    }
-    // The first byte picks the start and the glyph; moves alternate with and without number.
-    EXPECT_EQ(fuzz::RunSan("0exd6 Nf6").written, u"exd6?! 3... Nf6?!");
-    EXPECT_EQ(fuzz::RunSan("\x09O-O-O O-O").written, u"O-O-O $1 2. O-O $1");
-    const fuzz::SanRun promotion = fuzz::RunSan(std::string("\x03") + "b8=N Kd7 Kf7");
-    EXPECT_EQ(promotion.written, u"b8=N 40... Kf7");  // the knight guards d7
-    EXPECT_EQ(promotion.unreadable, 1);
-}
-
-TEST(FuzzDrivers, PositionTextSeedsAndTheRoundTrip) {
-    const std::map<std::string, int> read = {{"bad-castling.txt", 0}};
-    for (const auto& [name, bytes] : Seeds("fuzz-position-text")) {
-        Position position;
-        const fuzz::PositionTextRun run = fuzz::RunPositionText(bytes, position);
-        EXPECT_EQ(run.read, read.count(name) ? read.at(name) : 1) << name;
-        EXPECT_TRUE(run.RoundTripHolds(position)) << name;
-    }
-    // Intended: a stored en-passant value is written as a field the reader refuses.
-    Position position;
-    const fuzz::PositionTextRun run =
-        fuzz::RunPositionText("4k3/8/8/8/8/8/8/4K3 b - c3 0 1", position);
-    EXPECT_EQ(run.written, u"4k3/8/8/8/8/8/8/4K3 b - cC 0 1");
-    EXPECT_EQ(run.reread, 0);
-    EXPECT_TRUE(run.RoundTripHolds(position));
 }
 
 // Inputs the fuzzers found, and their neighbours, under tests/data/fuzz/, replayed through the

@@ -83,14 +83,6 @@ TEST(GameSearch, NamesEcoAndResult) {
     }
 }
 
-TEST(GameSearch, OnlyAResultIsNotEnough) {
-    SearchCriteria criteria;
-    criteria.result = kWhiteWins;
-    EXPECT_FALSE(criteria.IsUsable());
-    criteria.material = true;
-    EXPECT_TRUE(criteria.IsUsable());
-}
-
 TEST(GameSearch, NameMatchingLooksAtTheFirst64CharactersUpperCased) {
     const std::u16string pad(61, u'-');
     const std::tuple<const char16_t*, std::u16string, bool> cases[] = {

@@ -14,8 +14,9 @@ export WINEDEBUG=-all
 # No Mono or Gecko install dialog, and no menu entries written into the user's home.
 export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 # A fixed locale gives the tests the Western ANSI code page (1252) and UTF-8 file names,
-# whatever the user's locale is.
-export LC_ALL=C.UTF-8
+# whatever the user's locale is. VELMORA_WINE_LC_ALL replaces it for a test that needs another
+# system language (Wine reads the language from LC_ALL, e.g. fr_FR.UTF-8 gives French).
+export LC_ALL="${VELMORA_WINE_LC_ALL:-C.UTF-8}"
 
 ready="$prefix/.velmora-ready"
 if [ ! -e "$ready" ]; then

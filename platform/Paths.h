@@ -9,6 +9,9 @@ namespace velmora::platform {
 // the system cannot tell.
 std::u16string ProgramFolder();
 
+// Returns the full path of the running program, or an empty string when the system cannot tell.
+std::u16string ProgramPath();
+
 // Returns the path separator: '\' on Windows, '/' elsewhere.
 char16_t PathSeparator();
 

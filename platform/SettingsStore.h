@@ -43,7 +43,9 @@ class SettingsStore {
                             ValueType type, const void* data, std::uint32_t size) = 0;
     virtual bool DeleteValue(StoreRoot root, const std::u16string& path,
                              const std::u16string& name) = 0;
-    // The name of the value or subkey at index in creation order: kStoreOk or kStoreNoMoreItems.
+    // The name of the value or subkey at index: kStoreOk, kStoreNoMoreItems past the last one,
+    // kStoreNotFound without the key. The memory store keeps creation order; the registry has an
+    // order of its own (Wine sorts names), so callers must not rely on it.
     virtual int ValueNameAt(StoreRoot root, const std::u16string& path, int index,
                             std::u16string* name) const = 0;
     virtual int SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
@@ -95,6 +97,80 @@ class MemorySettingsStore : public SettingsStore {
 
     Key roots_[2];
 };
+
+#ifdef _WIN32
+// The Windows registry itself, under HKEY_CURRENT_USER and HKEY_CLASSES_ROOT. Every operation
+// opens the key it needs and closes it again, so nothing is held between calls.
+class RegistrySettingsStore : public SettingsStore {
+  public:
+    bool KeyExists(StoreRoot root, const std::u16string& path) const override;
+    bool CreateKey(StoreRoot root, const std::u16string& path) override;
+    bool DeleteKey(StoreRoot root, const std::u16string& path) override;
+    int ReadValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
+                  ValueType* type, void* data, std::uint32_t capacity,
+                  std::uint32_t* size) const override;
+    bool WriteValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
+                    ValueType type, const void* data, std::uint32_t size) override;
+    bool DeleteValue(StoreRoot root, const std::u16string& path,
+                     const std::u16string& name) override;
+    int ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                    std::u16string* name) const override;
+    int SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                     std::u16string* name) const override;
+};
+#else
+// The per-user store of systems without a registry: a MemorySettingsStore kept in one text file
+// (the ToText form). Each change rewrites the whole file through a temporary beside it that is
+// renamed over it, so a crash never leaves half a file.
+class FileSettingsStore : public SettingsStore {
+  public:
+    // Loads path. A missing file gives an empty store; a file that cannot be read or parsed is
+    // renamed to path + ".bad" and the store starts empty. When even that rename fails, changes
+    // stay in memory so that the file is never replaced without a copy. An empty path keeps
+    // everything in memory.
+    explicit FileSettingsStore(std::u16string path);
+
+    bool KeyExists(StoreRoot root, const std::u16string& path) const override;
+    bool CreateKey(StoreRoot root, const std::u16string& path) override;
+    bool DeleteKey(StoreRoot root, const std::u16string& path) override;
+    int ReadValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
+                  ValueType* type, void* data, std::uint32_t capacity,
+                  std::uint32_t* size) const override;
+    // The changing operations return false also when the change could not be written to the
+    // file; the store in memory holds it all the same.
+    bool WriteValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
+                    ValueType type, const void* data, std::uint32_t size) override;
+    bool DeleteValue(StoreRoot root, const std::u16string& path,
+                     const std::u16string& name) override;
+    int ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                    std::u16string* name) const override;
+    int SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                     std::u16string* name) const override;
+
+    const std::u16string& FilePath() const { return path_; }
+
+  private:
+    // Writes the whole store to the file; true when it is on disk.
+    bool Persist();
+
+    std::u16string path_;
+    bool persisting_ = true;
+    MemorySettingsStore memory_;
+};
+
+// The store file for the given values of XDG_CONFIG_HOME and HOME (either may be null):
+// "<XDG_CONFIG_HOME>/velmora/registry" when that is an absolute path, else
+// "<HOME>/.config/velmora/registry"; empty when neither is usable.
+std::u16string SettingsFilePath(const char* xdgConfigHome, const char* home);
+// The same from this process's environment.
+std::u16string DefaultSettingsFilePath();
+#endif
+
+// The store the program keeps its settings in: the registry on Windows, the file at
+// DefaultSettingsFilePath() elsewhere, created on first use.
+SettingsStore& SystemSettingsStore();
+// Puts store in place of the system store (for tests and tools); null restores the system store.
+void SetSystemSettingsStore(SettingsStore* store);
 
 // One open key of a store, or none when opening failed: every operation on a key that is not
 // open fails without touching the store.

@@ -41,3 +41,38 @@ velmora_build() {
     cmake -S "$velmora_root" -B "$folder" "${generator[@]}" "$@" &&
         cmake --build "$folder" -j2 -- -k 0
 }
+
+# Makes sure the Windows program has an X display: keeps DISPLAY when it is set, else starts a
+# virtual one (Xvfb) on a free display number and exports DISPLAY; the caller stops it with
+# velmora_stop_display. Returns 1 when Xvfb is missing or does not start.
+velmora_start_display() {
+    velmora_xvfb_pid=
+    if [ -n "${DISPLAY:-}" ]; then
+        return 0
+    fi
+    command -v Xvfb >/dev/null || return 1
+    local number
+    for number in $(seq 90 130); do
+        if [ ! -e "/tmp/.X$number-lock" ] && [ ! -e "/tmp/.X11-unix/X$number" ]; then
+            Xvfb ":$number" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+            velmora_xvfb_pid=$!
+            local waited
+            for waited in $(seq 1 50); do
+                if [ -e "/tmp/.X11-unix/X$number" ]; then
+                    export DISPLAY=":$number"
+                    return 0
+                fi
+                sleep 0.1
+            done
+            kill "$velmora_xvfb_pid" 2>/dev/null
+            velmora_xvfb_pid=
+        fi
+    done
+    return 1
+}
+
+velmora_stop_display() {
+    if [ -n "${velmora_xvfb_pid:-}" ]; then
+        kill "$velmora_xvfb_pid" 2>/dev/null || true
+    fi
+}

@@ -5,6 +5,9 @@
 #include <memory>
 #include <string>
 
+#include "platform/Paths.h"
+#include "shell/FileAssociation.h"
+
 namespace velmora {
 
 using platform::RegistryKey;
@@ -57,7 +60,13 @@ void RecentList::Add(const std::u16string& text) {
     names_.push_back(text);
 }
 
+void Settings::CheckAssociation(platform::SettingsStore& store) {
+    if (!associationQuestion) return;  // nobody to ask: the association is left as it is
+    velmora::CheckAssociation(store, checkAssoc, platform::ProgramPath(), associationQuestion);
+}
+
 bool Settings::Load(platform::SettingsStore& store) {
+    CheckAssociation(store);  // before "Check Assoc" is read, on purpose
     RegistryKey key(store);
     key.Open(platform::StoreRoot::CurrentUser, kKeyPath, false);
     bool complete = true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,9 +37,16 @@ class Settings {
     // Bytes of the buffer "Open in" is read into: a longer folder is treated as absent.
     static constexpr std::uint32_t kOpenInBytes = 261;
 
-    // Reads every value of the settings key; what is missing keeps its default. True only when
-    // everything was read. Start-up runs the file association check before this, while
-    // checkAssoc still holds its default.
+    virtual ~Settings() = default;
+
+    // Checks that ".pgn" files open with this program and offers to make them do so, through
+    // associationQuestion; without a question nothing is asked or written.
+    virtual void CheckAssociation(platform::SettingsStore& store);
+
+    // Runs CheckAssociation first, while checkAssoc still holds what it held before (the default
+    // 1 at start-up: the check runs whatever the stored "Check Assoc" says). Then reads every
+    // value of the settings key; what is missing keeps its default. True only when everything
+    // was read.
     bool Load(platform::SettingsStore& store);
     // Writes every value (the folder only when one is stored); true only when all were written.
     bool Save(platform::SettingsStore& store) const;
@@ -60,6 +68,10 @@ class Settings {
     RecentList recentPlayers;
     RecentList recentEvents;
     RecentList recentSites;
+
+    // Asks the user whether to register the program for ".pgn" files (kAnswerYes or kAnswerNo);
+    // set by the program, not stored.
+    std::function<int()> associationQuestion;
 };
 
 }  // namespace velmora

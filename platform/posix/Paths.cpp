@@ -1,4 +1,4 @@
-// The program's folder on POSIX systems, found through /proc/self/exe.
+// The program's path and folder on POSIX systems, found through /proc/self/exe.
 #include "platform/Paths.h"
 
 #include <unistd.h>
@@ -9,7 +9,7 @@
 
 namespace velmora::platform {
 
-std::u16string ProgramFolder() {
+std::u16string ProgramPath() {
     std::string path(256, '\0');
     for (;;) {
         const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
@@ -20,9 +20,14 @@ std::u16string ProgramFolder() {
         }
         path.resize(path.size() * 2);
     }
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return {};
-    return Utf8ToWide(std::string_view(path).substr(0, slash + 1));
+    return Utf8ToWide(path);
+}
+
+std::u16string ProgramFolder() {
+    const std::u16string path = ProgramPath();
+    const std::size_t slash = path.rfind(u'/');
+    if (slash == std::u16string::npos) return {};
+    return path.substr(0, slash + 1);
 }
 
 char16_t PathSeparator() {

@@ -1,4 +1,4 @@
-// The program's folder on Windows, from the path of the running executable.
+// The program's path and folder on Windows, from the path of the running executable.
 #include "platform/Paths.h"
 
 #include <windows.h>
@@ -26,6 +26,14 @@ std::u16string ProgramFolder() {
     const std::size_t slash = path.rfind(L'\\');
     if (slash == std::wstring::npos) return {};
     return win32::FromWin32(std::wstring_view(path).substr(0, slash + 1));
+}
+
+// Asks for at most 261 characters: a longer path comes back cut off and counts as unknown.
+std::u16string ProgramPath() {
+    wchar_t path[261];
+    const DWORD length = GetModuleFileNameW(nullptr, path, 261);
+    if (length == 0 || length >= 261) return {};
+    return win32::FromWin32(std::wstring_view(path, length));
 }
 
 char16_t PathSeparator() {

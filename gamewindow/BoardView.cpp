@@ -1,0 +1,370 @@
+// The game window: creation, layout, painting, navigation, the comment pane and the exit
+// commands that the main window acts on.
+#include "gamewindow/BoardView.h"
+
+#include <cstdlib>
+
+#include "core/San.h"
+#include "game/MoveTree.h"
+#include "game/PgnSave.h"
+#include "gamewindow/CommentPane.h"
+#include "resources/resource.h"
+#include "shell/Application.h"
+#include "shell/DrawingResources.h"
+#include "shell/MainWindow.h"
+#include "shell/Settings.h"
+#include "shell/pocketpc.h"
+
+namespace velmora {
+namespace {
+
+constexpr DWORD kGameWindowFlags = pocketpc::kSizeFullScreen | pocketpc::kSipDown;  // 12
+constexpr int kToolbarImages = 10;
+// Navigation commands of the toolbar and the "Moves" menu.
+constexpr int kPreviousMove = 32772;
+constexpr int kNextMove = 32773;
+constexpr int kLeaveVariation = 40040;
+constexpr int kLastMoveToolbar = 1063;
+
+// The toolbar, in button order; the engine button only when an engine folder was found.
+constexpr pocketpc::ToolButton kToolbar[] = {
+    {0, ID_SAVE_IF_MODIFIED}, {1, ID_EDIT_HEADERS}, {9, ID_ENGINE_MENU}, {6, ID_NAG_POPUP},
+    {7, ID_EDIT_COMMENT},     {8, ID_FLIP_BOARD},   {2, kPreviousMove},  {3, kLeaveVariation},
+    {4, kNextMove},           {5, kLastMoveToolbar}};
+
+// "Choose move": the continuation and its alternatives in a list; OK takes the selected one.
+class ChooseMoveDialog : public DialogBase {
+  public:
+    explicit ChooseMoveDialog(MoveNode* first) : DialogBase(IDD_CHOOSE_MOVE, 0, 0), first_(first) {}
+
+    MoveNode* Chosen() const { return chosen_; }
+
+    BOOL OnInitDialog() override {
+        if (!DialogBase::OnInitDialog()) return FALSE;
+        HWND list = GetDlgItem(window_, IDC_MOVE_LIST);
+        for (MoveNode* node = first_; node != nullptr; node = node->nextAlternative) {
+            char16_t text[kSanBufferSize];
+            int length = WriteSan(node, text, 1, 0);
+            std::wstring shown(text, text + length);
+            LRESULT row =
+                SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
+            SendMessageW(list, LB_SETITEMDATA, static_cast<WPARAM>(row),
+                         reinterpret_cast<LPARAM>(node));
+        }
+        SendMessageW(list, LB_SETCURSEL, 0, 0);
+        SetFocus(list);
+        return FALSE;
+    }
+
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override {
+        int id = LOWORD(wParam);
+        bool doubleTap = id == IDC_MOVE_LIST && HIWORD(wParam) == LBN_DBLCLK;
+        if (id == IDOK || doubleTap) {
+            HWND list = GetDlgItem(window_, IDC_MOVE_LIST);
+            LRESULT row = SendMessageW(list, LB_GETCURSEL, 0, 0);
+            if (row != LB_ERR) {
+                chosen_ = reinterpret_cast<MoveNode*>(
+                    SendMessageW(list, LB_GETITEMDATA, static_cast<WPARAM>(row), 0));
+            }
+            EndDialog(window_, 1);
+            return TRUE;
+        }
+        return DialogBase::OnCommand(wParam, lParam);
+    }
+
+  private:
+    MoveNode* first_;
+    MoveNode* chosen_ = nullptr;
+};
+
+}  // namespace
+
+BoardView::BoardView(Game& game) : DialogBase(IDD_GAME_WINDOW, 0, 0), game_(game) {
+    game_.AddObserver(this, 1);
+    notation_.Attach(&game_);
+}
+
+BoardView::~BoardView() {
+    game_.RemoveObserver(this);
+}
+
+int BoardView::Run(HWND parent, int initialMove) {
+    initialMove_ = initialMove;
+    exitCommand_ = 0;
+    INT_PTR result = DoModal(parent);
+    if (exitCommand_ != 0) PostMessageW(parent, WM_COMMAND, static_cast<WPARAM>(exitCommand_), 0);
+    return result == -1 ? 0 : 1;
+}
+
+BOOL BoardView::OnInitDialog() {
+    pocketpc::InitDialog(window_, kGameWindowFlags);
+    menuBar_ = pocketpc::CreateMenuBar(window_, App().resourceInstance, IDM_GAME_WINDOW);
+    if (menuBar_ == nullptr) {
+        MessageBoxW(window_, L"SHCreateMenuBar failed", L"Debug", MB_OK);
+    } else {
+        menuBarHeight_ = pocketpc::MenuBarHeight(menuBar_);
+        // No engine folders exist until the engine host comes: the bar has nine buttons.
+        const int buttons = 9;
+        pocketpc::ToolButton shown[kToolbarImages];
+        int count = 0;
+        for (const pocketpc::ToolButton& button : kToolbar) {
+            if (button.command == ID_ENGINE_MENU && buttons < kToolbarImages) continue;
+            shown[count++] = button;
+        }
+        if (!pocketpc::AddToolButtons(menuBar_, App().programInstance, IDB_GAME_TOOLBAR,
+                                      kToolbarImages, shown, count)) {
+            SystemErrorBoxFromString(GetLastError(), IDS_CANNOT_CREATE_TOOLBAR, window_);
+        }
+        MakeEvaluationItemsOwnerDrawn();
+    }
+    ComputeLayout();
+    RECT notationRect{layout_.notation.left, layout_.notation.top, layout_.notation.right,
+                      layout_.notation.bottom};
+    notation_.Show(!layout_.notation.IsEmpty());
+    notation_.Create(window_, kNotationId, notationRect);
+    comment_ = CreateWindowExW(WS_EX_CLIENTEDGE, kCommentClass, L"", WS_CHILD | WS_VISIBLE,
+                               layout_.comment.left, layout_.comment.top, layout_.comment.Width(),
+                               layout_.comment.Height(), window_,
+                               reinterpret_cast<HMENU>(kCommentId), App().programInstance, nullptr);
+    const Settings* settings = App().settings;
+    int pieceSet = settings != nullptr ? static_cast<int>(settings->bitmapIndex) : 0;
+    board_.Attach(
+        window_, layout_.squareSize, layout_.boardLeft, layout_.boardTop, false,
+        App().drawing != nullptr ? App().drawing->Pieces(pieceSet, layout_.squareSize) : nullptr);
+    created_ = true;
+    notation_.Rebuild(nullptr);
+    ApplyInitialMove();
+    if (App().drawing != nullptr && App().drawing->engineMenu != nullptr) {
+        engineMenu_ = GetSubMenu(GetSubMenu(App().drawing->engineMenu, 0), 0);
+    }
+    pocketpc::MakeFullScreen(window_, 2);
+    Refresh();
+    notation_.SelectNode(game_.Current()->ArrivalNode());
+    return TRUE;
+}
+
+void BoardView::MakeEvaluationItemsOwnerDrawn() {
+    HMENU menu = pocketpc::MenuBarMenu(menuBar_);
+    bool failed = menu == nullptr;
+    for (int id = ID_EVAL_EQUAL; id <= ID_EVAL_BLACK_BETTER && !failed; ++id) {
+        MENUITEMINFOW info{};
+        info.cbSize = sizeof(info);
+        info.fMask = MIIM_FTYPE;
+        info.fType = MFT_OWNERDRAW;
+        failed = !SetMenuItemInfoW(menu, static_cast<UINT>(id), FALSE, &info);
+    }
+    if (failed) MessageFromStrings(IDS_CANNOT_CREATE_CUSTOM_MENU, IDS_CAPTION, MB_OK, window_);
+}
+
+// Walks the main line to the initial move; the first position when it is not there.
+void BoardView::ApplyInitialMove() {
+    if (initialMove_ == 0) return;
+    int number = std::abs(initialMove_);
+    Colour side = initialMove_ > 0 ? kWhite : kBlack;
+    for (MoveNode* node = game_.StartPosition().FirstContinuation(); node != nullptr;
+         node = node->positionAfter->FirstContinuation()) {
+        if (node->moveNumber == number && node->positionBefore->sideToMove == side) {
+            game_.SetCurrent(node->positionAfter);
+            return;
+        }
+    }
+    game_.GoToStart();
+}
+
+void BoardView::ComputeLayout() {
+    RECT client{};
+    GetClientRect(window_, &client);
+    HDC dc = GetDC(window_);
+    HGDIOBJ font =
+        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window_, WM_GETFONT, 0, 0)));
+    SIZE text{};
+    GetTextExtentPoint32W(dc, L"Ij", 2, &text);
+    SelectObject(dc, font);
+    ReleaseDC(window_, dc);
+    BoardLayoutInput input;
+    input.clientWidth = client.right;
+    input.clientHeight = client.bottom;
+    input.layoutCode = App().settings != nullptr ? App().settings->layout : 0;
+    menuBarHeight_ = pocketpc::MenuBarHeight(menuBar_);
+    input.menuBarHeight = menuBarHeight_;
+    input.textHeight = text.cy > 0 ? text.cy : 13;
+    input.largeClocks = largeClocks_;
+    input.clockShown = false;
+    layout_ = ComputeBoardLayout(input);
+}
+
+void BoardView::PlaceChildren() {
+    const Rect& list = layout_.notation;
+    RECT notationRect{list.left, list.top, list.right, list.bottom};
+    notation_.Move(notationRect);
+    notation_.Show(!list.IsEmpty());
+    MoveWindow(comment_, layout_.comment.left, layout_.comment.top, layout_.comment.Width(),
+               layout_.comment.Height(), TRUE);
+    int pieceSet = App().settings != nullptr ? static_cast<int>(App().settings->bitmapIndex) : 0;
+    board_.SetLayout(
+        layout_.squareSize, layout_.boardLeft,
+        App().drawing != nullptr ? App().drawing->Pieces(pieceSet, layout_.squareSize) : nullptr);
+    board_.SetTop(layout_.boardTop);
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
+void BoardView::DrawIndicator(HDC dc) {
+    if (App().drawing == nullptr || App().drawing->indicators == nullptr) return;
+    bool whiteToMove = game_.Current()->sideToMove == kWhite;
+    int image =
+        whiteToMove ? (userPlaysWhite_ ? 0 : blinkPhase_) : (userPlaysBlack_ ? 6 : 6 + blinkPhase_);
+    ImageList_Draw(App().drawing->indicators, image, dc, layout_.indicator.x, layout_.indicator.y,
+                   ILD_NORMAL);
+}
+
+void BoardView::Paint() {
+    PAINTSTRUCT paint;
+    HDC dc = BeginPaint(window_, &paint);
+    Position* current = game_.Current();
+    board_.DrawBoard(dc, *current, true);
+    MoveNode* arrival = current->ArrivalNode();
+    if (arrival != nullptr && (App().settings == nullptr || App().settings->displayArrow != 0)) {
+        board_.DrawArrow(dc, arrival->from, arrival->to);
+    }
+    DrawIndicator(dc);
+    EndPaint(window_, &paint);
+}
+
+INT_PTR BoardView::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_SIZE: {
+            DialogBase::DialogProc(message, wParam, lParam);
+            if (created_) {
+                ComputeLayout();
+                PlaceChildren();
+            }
+            return TRUE;
+        }
+        case WM_PAINT:
+            Paint();
+            return TRUE;
+        case WM_MEASUREITEM: {
+            auto* item = reinterpret_cast<MEASUREITEMSTRUCT*>(lParam);
+            if (wParam != 0) break;
+            item->itemWidth = 15;
+            item->itemHeight = 14;
+            return TRUE;
+        }
+        case WM_DRAWITEM: {
+            auto* item = reinterpret_cast<DRAWITEMSTRUCT*>(lParam);
+            if (wParam != 0) break;
+            bool selected = (item->itemState & ODS_SELECTED) != 0;
+            COLORREF background = GetSysColor(selected ? COLOR_HIGHLIGHT : COLOR_MENU);
+            COLORREF previous = SetBkColor(item->hDC, background);
+            ExtTextOutW(item->hDC, item->rcItem.left, item->rcItem.top, ETO_OPAQUE, &item->rcItem,
+                        L" ", 1, nullptr);
+            SetBkColor(item->hDC, previous);
+            if (App().drawing != nullptr) {
+                ImageList_Draw(App().drawing->evaluationSymbols,
+                               static_cast<int>(item->itemID) - ID_EVAL_EQUAL, item->hDC,
+                               item->rcItem.left + 13, item->rcItem.top, ILD_TRANSPARENT);
+            }
+            return TRUE;
+        }
+        case WM_CHAR:
+            DebugTrace(L"%08X %08X\n", static_cast<unsigned>(wParam),
+                       static_cast<unsigned>(lParam));
+            return TRUE;
+        default:
+            break;
+    }
+    return DialogBase::DialogProc(message, wParam, lParam);
+}
+
+void BoardView::EndWith(int exitCommand) {
+    if (!QueryClose()) return;
+    exitCommand_ = exitCommand;
+    EndDialog(window_, 1);
+}
+
+BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
+    int id = LOWORD(wParam);
+    switch (id) {
+        case ID_GAME_NEW_GAME:
+            EndWith(ID_NEW_GAME);
+            return TRUE;
+        case ID_OPEN_NEXT:
+            EndWith(ID_OPEN_NEXT);
+            return TRUE;
+        case ID_REOPEN_FILE:
+            EndWith(ID_REOPEN_FILE);
+            return TRUE;
+        case ID_CLOSE_GAME:
+            EndWith(0);
+            return TRUE;
+        case ID_SAVE:
+        case ID_SAVE_IF_MODIFIED:
+            if (game_.modified) Save(game_, window_);
+            return TRUE;
+        case ID_ABOUT:
+            ShowAboutDialog(window_);
+            return TRUE;
+        case ID_FLIP_BOARD:
+            board_.SetFlipped(!board_.Flipped());
+            InvalidateRect(window_, nullptr, FALSE);
+            return TRUE;
+        case ID_FIRST_MOVE:
+            game_.GoToStart();
+            return TRUE;
+        case kPreviousMove:
+            game_.GoBack();
+            return TRUE;
+        case kLeaveVariation:
+            game_.LeaveVariation();
+            return TRUE;
+        case kNextMove:
+            game_.GoForward();
+            return TRUE;
+        case ID_LAST_MOVE:
+        case kLastMoveToolbar:
+            game_.GoToEnd();
+            return TRUE;
+        case kNotationId:
+            notation_.OnNotify(HIWORD(wParam));
+            return TRUE;
+        default:
+            // Editing, engines, the clock and the board link come with their own windows.
+            return DialogBase::OnCommand(wParam, lParam);
+    }
+}
+
+void BoardView::OnMovePlayed(MoveNode* node, GameView*) {
+    OnPositionChanged(node->positionAfter);
+    blinkPhase_ = 0;
+}
+
+void BoardView::OnPositionChanged(Position* position) {
+    if (!created_ || position == nullptr) return;
+    const char16_t* comment = position->Comment();
+    SetCommentText(comment_, comment != nullptr ? Wide(comment) : nullptr);
+    blinkPhase_ = 0;
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
+void BoardView::Refresh() {
+    OnPositionChanged(game_.Current());
+    blinkPhase_ = 0;
+}
+
+MoveNode* BoardView::ChooseContinuation(MoveNode* first) {
+    ChooseMoveDialog dialog(first);
+    if (dialog.DoModal(window_) != 1) return nullptr;
+    return dialog.Chosen();
+}
+
+int BoardView::QueryClose() {
+    if (game_.modified) {
+        int answer = MessageBoxW(window_, L"Do you want to save the game ?",
+                                 L"The game has been changed", MB_YESNOCANCEL);
+        if (answer == IDCANCEL) return 0;
+        if (answer == IDYES && !Save(game_, window_)) return 0;
+    }
+    return 1;
+}
+
+}  // namespace velmora

@@ -1,0 +1,74 @@
+// BoardView: the game window, a modal dialog showing one game on the board with its notation
+// list and comment pane; its exit command tells the main window what to do next.
+#pragma once
+
+#include <windows.h>
+
+#include "game/Game.h"
+#include "gamewindow/BoardLayout.h"
+#include "gamewindow/BoardRenderer.h"
+#include "gamewindow/NotationView.h"
+#include "shell/DialogBase.h"
+
+namespace velmora {
+
+class BoardView : public DialogBase, public GameView {
+  public:
+    static constexpr int kNotationId = 2000;
+    static constexpr int kCommentId = 2001;
+
+    explicit BoardView(Game& game);
+    ~BoardView() override;
+
+    // Runs the window for the game, at the initial move: positive White's move number,
+    // negative Black's, 0 where the game stands. Posts the exit command to parent after it
+    // ends. Returns 1 unless the window could not be created.
+    int Run(HWND parent, int initialMove);
+
+    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    BOOL OnInitDialog() override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+
+    void OnMovePlayed(MoveNode* node, GameView* sender) override;
+    void OnPositionChanged(Position* position) override;
+    void Refresh() override;
+    MoveNode* ChooseContinuation(MoveNode* first) override;
+    int EditHeaders() override { return 0; }
+    int ChooseSaveTarget(std::u16string*) override { return 0; }
+    int QueryClose() override;
+
+    // For tests: the parts of the window.
+    NotationView& Notation() { return notation_; }
+    BoardRenderer& Board() { return board_; }
+    HWND CommentPane() const { return comment_; }
+    const BoardLayout& Layout() const { return layout_; }
+    int ExitCommand() const { return exitCommand_; }
+
+  private:
+    void ComputeLayout();
+    void PlaceChildren();
+    void ApplyInitialMove();
+    void Paint();
+    void DrawIndicator(HDC dc);
+    void MakeEvaluationItemsOwnerDrawn();
+    void EndWith(int exitCommand);
+
+    int exitCommand_ = 0;
+    Game& game_;
+    NotationView notation_;
+    BoardRenderer board_;
+    HWND comment_ = nullptr;
+    BoardLayout layout_{};
+    bool created_ = false;
+    bool largeClocks_ = false;
+    int menuBarHeight_ = 0;
+    bool engineActive_ = false;
+    bool userPlaysWhite_ = true;
+    bool userPlaysBlack_ = true;
+    bool analysisMode_ = false;
+    int blinkPhase_ = 0;
+    HMENU engineMenu_ = nullptr;
+    int initialMove_ = 0;
+};
+
+}  // namespace velmora

@@ -1,0 +1,155 @@
+// Resource and control identifiers shared by the .rc files (windres) and the program (C++).
+// Only #define lines: the resource compiler reads this file too.
+#ifndef VELMORA_RESOURCE_H
+#define VELMORA_RESOURCE_H
+
+// Menus
+#define IDM_MAIN_MENU 102     // main window: one popup "Menu" with every command
+#define IDM_NAG 106           // move annotation popup ("!", "?", ...)
+#define IDM_COMMENT 111       // comment editor popup
+#define IDM_ENGINE 124        // engine popup: submenu 0 of submenu 0
+#define IDM_GAME_WINDOW 7316  // game window menu bar: "Game", "Moves", "Tools"
+
+// Dialog templates
+#define IDD_PROMOTION 102
+#define IDD_ABOUT 103  // portrait
+#define IDD_GAME_LIST 104
+#define IDD_CHOOSE_MOVE 105
+#define IDD_NEW_LINE 108
+#define IDD_GAME_WINDOW 141
+#define IDD_ABOUT_LANDSCAPE 149
+
+// Bitmaps: twelve piece images side by side per piece set, toolbars and two small strips
+#define IDB_DIAGRAM_LARGE 113
+#define IDB_GAME_TOOLBAR 115        // 10 images of 16 x 16
+#define IDB_EVALUATION_SYMBOLS 106  // 8 images of 15 x 14, red is transparent
+#define IDB_SIDE_TO_MOVE 116        // 14 images of 14 x 14
+#define IDB_STAUNTON_SMALL 118
+#define IDB_STAUNTON_LARGE 119
+#define IDB_ROYAL_LARGE 128
+#define IDB_ROYAL_SMALL 129
+#define IDB_TITAN_LARGE 131
+#define IDB_TITAN_SMALL 132
+#define IDB_DIAGRAM_SMALL 139
+#define IDB_MAIN_TOOLBAR 141  // 3 images of 16 x 16
+
+// Icon: the first icon of the program, also the ".pgn" document icon (index 0)
+#define IDI_VELMORA 1
+
+// Accelerators: Ctrl+A About, Ctrl+Q close
+#define IDA_MAIN 3
+
+// Commands of the main menu
+#define ID_ABOUT 40003
+#define ID_EXIT 40060
+#define ID_OPTIONS 40061
+#define ID_NEW_GAME 40069
+#define ID_NEW_POSITION 40080
+#define ID_SEARCH 40139
+#define ID_IMPORT_STAR_DIAMOND 40142
+#define ID_SHOW_GAME_AGAIN 1064  // the game window hands a new game to the main window
+
+// Commands of the game window
+#define ID_PROMOTE_LINE 40020
+#define ID_EDIT_COMMENT 40021  // toolbar
+#define ID_NAG_POPUP 40041     // toolbar
+#define ID_CLOSE_GAME 40072
+#define ID_FIRST_MOVE 40081
+#define ID_LAST_MOVE 40082
+#define ID_DELETE_MOVE 40083
+#define ID_GAME_NEW_GAME 40109
+#define ID_GAME_NEW_POSITION 40110
+#define ID_OPEN_NEXT 40111
+#define ID_MATERIAL_BALANCE 40112
+#define ID_SAVE 40123
+#define ID_SAVE_AS 40124
+#define ID_REOPEN_FILE 40128
+#define ID_ENGINE_START 40131
+#define ID_ENGINE_MENU 40138  // toolbar
+#define ID_CONNECT_UCB 40143
+#define ID_LARGE_CLOCKS 40145
+#define ID_FLIP_BOARD 1062         // toolbar
+#define ID_EDIT_HEADERS 32774      // toolbar
+#define ID_SAVE_IF_MODIFIED 32777  // toolbar
+
+// Move annotations (menu 106), in id order: the glyph stored is (id + 188) mod 256
+#define ID_NAG_NONE 40004
+#define ID_NAG_GOOD 40005         // "!"
+#define ID_NAG_MISTAKE 40006      // "?"
+#define ID_NAG_BRILLIANT 40007    // "!!"
+#define ID_NAG_BLUNDER 40008      // "??"
+#define ID_NAG_INTERESTING 40009  // "!?"
+#define ID_NAG_DUBIOUS 40010      // "?!"
+
+// Position evaluations (submenu "Position" of menu 7316); 40029..40036 become owner-drawn
+#define ID_EVAL_NONE 40028
+#define ID_EVAL_EQUAL 40029                  // "="
+#define ID_EVAL_UNCLEAR 40030                // "oo"
+#define ID_EVAL_WHITE_SLIGHTLY_BETTER 40031  // "+="
+#define ID_EVAL_BLACK_SLIGHTLY_BETTER 40032  // "=+"
+#define ID_EVAL_WHITE_WINNING 40033          // "+-"
+#define ID_EVAL_BLACK_WINNING 40034          // "-+"
+#define ID_EVAL_WHITE_BETTER 40035           // "+/-"
+#define ID_EVAL_BLACK_BETTER 40036           // "-/+"
+
+// Comment editor popup (menu 111)
+#define ID_COMMENT_RESET 40150
+#define ID_COMMENT_CLEAR 40151
+#define ID_COMMENT_CLOSE 40152
+
+// Strings (their numbers share the range of the commands but not their meaning)
+#define IDS_CAPTION 40018
+#define IDS_CANNOT_OPEN_FILE 40020
+#define IDS_CANNOT_CREATE_TOOLBAR 40027
+#define IDS_ASK_DEFAULT_VIEWER 40028
+#define IDS_CANNOT_CREATE_MAIN_WINDOW 40059
+#define IDS_CANNOT_CREATE_CUSTOM_MENU 40110
+#define IDS_CANNOT_LOAD_ENGINE 40111
+#define IDS_ENGINE_NOT_VALID 40112
+#define IDS_CANNOT_INIT_ENGINE 40114
+#define IDS_ENGINE_ALREADY_LOADED 40115
+#define IDS_ENGINE_STOPPED 40116
+#define IDS_ENGINE_VERSION 40117
+// Texts of the desktop menu bar, file list and device frame
+#define IDS_MENU_BUTTON 40200
+#define IDS_FOLDER_LABEL 40201
+#define IDS_ALL_FOLDERS 40202
+#define IDS_PGN_FILES 40203
+#define IDS_ALL_FILES 40204
+#define IDS_GAME_BUTTON 40205
+#define IDS_MOVES_BUTTON 40206
+#define IDS_TOOLS_BUTTON 40207
+#define IDS_CHOOSE_FOLDER 40208
+#define IDS_PORTRAIT 40209
+#define IDS_LANDSCAPE 40210
+
+// Controls of the game list dialog
+#define IDC_GAME_LIST 1000
+#define IDC_SHOW_RESULT 1001
+#define IDC_SHOW_DATE 1002
+#define IDC_SHOW_EVENT 1003
+#define IDC_SHOW_ROUND 1004
+#define IDC_SHOW_ECO 1005
+#define IDC_SHOW_START 1056
+
+// Controls of the "Choose move" and "New line" dialogs
+#define IDC_MOVE_LIST 1010
+#define IDC_OTHER_MOVES 1011
+#define IDC_MOVES_LABEL 1012
+#define IDC_OTHER_MOVES_LABEL 1013
+#define IDC_NEW_LINE_ADD 1105
+#define IDC_NEW_LINE_REPLACE 1106
+
+// Buttons of the "Promotion in" dialog
+#define IDC_PROMOTE_QUEEN 1101
+#define IDC_PROMOTE_ROOK 1102
+#define IDC_PROMOTE_KNIGHT 1103
+#define IDC_PROMOTE_BISHOP 1104
+
+// Controls of both About templates (same ids, so a turn of the screen can move them)
+#define IDC_ABOUT_ICON 1110
+#define IDC_ABOUT_TITLE 1111
+#define IDC_ABOUT_VERSION 1112
+#define IDC_ABOUT_CREDITS 1113
+
+#endif

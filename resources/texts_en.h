@@ -1,0 +1,110 @@
+// English texts of the menus, dialogs and string table laid out in Velmora.rc.inc.
+// Only #define lines: the resource compiler reads this file (UTF-8).
+#ifndef VELMORA_TEXTS_H
+#define VELMORA_TEXTS_H
+
+// Main menu (102)
+#define TXT_MENU "Menu"
+#define TXT_NEW "New"
+#define TXT_NEW_GAME "Game"
+#define TXT_NEW_POSITION "Position"
+#define TXT_NEW_SEARCH "Search"
+#define TXT_TOOLS "Tools"
+#define TXT_IMPORT_STAR_DIAMOND "Import Star Diamond Game..."
+#define TXT_OPTIONS_DOTS "Options..."
+#define TXT_ABOUT_DOTS "About..."
+#define TXT_EXIT "Exit"
+
+// Game window menu bar (7316)
+#define TXT_GAME "Game"
+#define TXT_GAME_NEW_GAME "New Game"
+#define TXT_GAME_NEW_POSITION "New Position..."
+#define TXT_OPEN_NEXT "Open Next"
+#define TXT_REOPEN_FILE "Reopen File"
+#define TXT_SAVE "Save"
+#define TXT_SAVE_AS "Save as..."
+#define TXT_CLOSE "Close"
+#define TXT_MOVES "Moves"
+#define TXT_FIRST_MOVE "First move"
+#define TXT_LAST_MOVE "Last move"
+#define TXT_PROMOTE "Promote"
+#define TXT_DELETE_MOVE "Delete move"
+#define TXT_MATERIAL_BALANCE "Material Balance"
+#define TXT_POSITION "Position"
+#define TXT_EVAL_NONE "(none)"
+#define TXT_ENGINE "Engine"
+#define TXT_ENGINE_START "Start..."
+#define TXT_CONNECT_UCB "Connect UCB"
+#define TXT_LARGE_CLOCKS "Large clocks"
+#define TXT_OPTIONS "Options"
+
+// Annotation popup (106)
+#define TXT_NAG_NONE "(none)"
+
+// Comment editor popup (111)
+#define TXT_COMMENT "Comment"
+#define TXT_COMMENT_RESET "Reset"
+#define TXT_COMMENT_CLEAR "Clear"
+#define TXT_COMMENT_CLOSE "Close"
+
+// Game list dialog (104)
+#define TXT_SHOW_RESULT "Result"
+#define TXT_SHOW_DATE "Date"
+#define TXT_SHOW_EVENT "Event"
+#define TXT_SHOW_ECO "ECO"
+#define TXT_SHOW_ROUND "Round"
+#define TXT_SHOW_START "Start"
+
+// Small dialogs of the game window (102, 105, 108)
+#define TXT_PROMOTION_TITLE "Promotion in"
+#define TXT_QUEEN "Queen"
+#define TXT_ROOK "Rook"
+#define TXT_KNIGHT "Knight"
+#define TXT_BISHOP "Bishop"
+#define TXT_CHOOSE_MOVE_TITLE "Choose move"
+#define TXT_MOVES_LABEL "Moves :"
+#define TXT_OK "OK"
+#define TXT_CANCEL "Cancel"
+#define TXT_NEW_LINE_TITLE "New line"
+#define TXT_OTHER_MOVES "Other moves"
+#define TXT_ADD "Add"
+#define TXT_REPLACE "Replace"
+
+// About dialog (103, 149)
+#define TXT_ABOUT_TITLE "About Velmora"
+#define TXT_ABOUT_NAME "Velmora 2.0"
+#define TXT_ABOUT_VERSION "Version 2.0 for Pocket PC and Windows"
+#define TXT_ABOUT_CREDITS                                                                       \
+    "Velmora shows, edits and saves chess games kept in PGN files and searches them. It plays " \
+    "and analyses with engine plug-ins, keeps a chess clock, and talks to UCB and Star "        \
+    "Diamond electronic chessboards.\n\nMade by Trelvik."
+
+// String table
+#define TXT_S_CAPTION "Velmora 2.0"
+#define TXT_S_CANNOT_OPEN_FILE "Unable to open file"
+#define TXT_S_CANNOT_CREATE_TOOLBAR "Unable to create toolbar buttons"
+#define TXT_S_ASK_DEFAULT_VIEWER                                                                   \
+    "Velmora is currently not the default PGN viewer ; do you want to register it as the default " \
+    "PGN viewer ?"
+#define TXT_S_CANNOT_CREATE_MAIN_WINDOW "Unable to create the main window"
+#define TXT_S_CANNOT_CREATE_CUSTOM_MENU "Unable to create custom menu"
+#define TXT_S_CANNOT_LOAD_ENGINE "Unable to load engine"
+#define TXT_S_ENGINE_NOT_VALID "Engine is not valid for Velmora"
+#define TXT_S_CANNOT_INIT_ENGINE "Unable to initialize engine"
+#define TXT_S_ENGINE_ALREADY_LOADED \
+    "An engine has already been loaded. Please quit and restart Velmora to load another engine."
+#define TXT_S_ENGINE_STOPPED "The Engine has unexpectedly stopped. Please restart Velmora"
+#define TXT_S_ENGINE_VERSION "The engine's version is not compatible with this version of Velmora"
+#define TXT_S_MENU_BUTTON "Menu"
+#define TXT_S_FOLDER_LABEL "Folder:"
+#define TXT_S_ALL_FOLDERS "All Folders"
+#define TXT_S_PGN_FILES "PGN files"
+#define TXT_S_ALL_FILES "All files"
+#define TXT_S_GAME_BUTTON "Game"
+#define TXT_S_MOVES_BUTTON "Moves"
+#define TXT_S_TOOLS_BUTTON "Tools"
+#define TXT_S_CHOOSE_FOLDER "Choose a folder"
+#define TXT_S_PORTRAIT "Portrait"
+#define TXT_S_LANDSCAPE "Landscape"
+
+#endif

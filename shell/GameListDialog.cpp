@@ -1,0 +1,186 @@
+// The game list dialog: columns, check boxes, sorting by a tap on a header, one-tap choice.
+#include "shell/GameListDialog.h"
+
+#include <commctrl.h>
+
+#include "game/GameIndex.h"
+#include "game/GameListOrder.h"
+#include "shell/Application.h"
+#include "shell/pocketpc.h"
+
+namespace velmora {
+namespace {
+
+constexpr int kTemplate = 104;
+constexpr int kListId = 1000;
+constexpr int kCloseCommand = 40072;
+constexpr int kColumns = 8;
+
+struct ColumnBox {
+    int checkBox;
+    int column;
+    bool checked;
+};
+constexpr ColumnBox kColumnBoxes[] = {{1001, 2, true},  {1002, 6, false}, {1005, 3, false},
+                                      {1003, 4, false}, {1004, 5, false}, {1056, 7, false}};
+const wchar_t* const kTitles[kColumns] = {L"White", L"Black", L"Result", L"ECO",
+                                          L"Event", L"Round", L"Date",   L"Start"};
+
+}  // namespace
+
+GameListDialog::GameListDialog(GameIndex& index)
+    : DialogBase(kTemplate, 0, pocketpc::kDoneButton), index_(index) {}
+
+INT_PTR GameListDialog::Run(HWND parent, std::uint32_t* offsetOut, int* countOut) {
+    offsetOut_ = offsetOut;
+    countOut_ = countOut;
+    return DoModal(parent);
+}
+
+BOOL GameListDialog::OnInitDialog() {
+    if (!DialogBase::OnInitDialog()) return FALSE;
+    list_ = GetDlgItem(window_, kListId);
+    RECT listRect{};
+    GetWindowRect(list_, &listRect);
+    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&listRect), 2);
+    listTop_ = listRect.top;
+    ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_ONECLICKACTIVATE);
+
+    // The result column is as wide as "½½-½½" in the list's font; White and Black share the rest.
+    HDC dc = GetDC(list_);
+    HGDIOBJ font = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(list_, WM_GETFONT, 0, 0)));
+    SIZE resultSize{};
+    GetTextExtentPoint32W(dc, L"\u00BD\u00BD-\u00BD\u00BD", 5, &resultSize);
+    SelectObject(dc, font);
+    ReleaseDC(list_, dc);
+    RECT client{};
+    GetClientRect(window_, &client);
+    int nameWidth = (client.right - GetSystemMetrics(SM_CXVSCROLL) - resultSize.cx) / 2 - 2;
+    for (int column = 0; column < kColumns; ++column) {
+        LVCOLUMNW description{};
+        description.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+        description.fmt = LVCFMT_LEFT;
+        description.cx = column < 2 ? nameWidth : column == 2 ? resultSize.cx : 0;
+        description.pszText = const_cast<wchar_t*>(kTitles[column]);
+        description.iSubItem = column;
+        SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column),
+                     reinterpret_cast<LPARAM>(&description));
+    }
+    Fill();
+    CheckDlgButton(window_, 1001, BST_CHECKED);
+    Layout();
+    return TRUE;
+}
+
+// Rescans the file and lists its games in file order.
+void GameListDialog::Fill() {
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    ListView_DeleteAllItems(list_);
+    ShowWaitCursor(true);
+    index_.Load();
+    ShowWaitCursor(false);
+    for (GameSummary* summary = index_.First(); summary != nullptr; summary = summary->next.get()) {
+        std::wstring white = Wide(CellText(*summary, 0));
+        LVITEMW item{};
+        item.mask = LVIF_TEXT | LVIF_PARAM;
+        item.iItem = 99999;
+        item.pszText = white.data();
+        item.lParam = reinterpret_cast<LPARAM>(summary);
+        int row = static_cast<int>(
+            SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
+        for (int column = 1; column < kColumns; ++column) {
+            if (column == 3 && summary->eco.IsNull()) continue;
+            std::wstring text = Wide(CellText(*summary, column));
+            LVITEMW sub{};
+            sub.iSubItem = column;
+            sub.pszText = text.data();
+            SendMessageW(list_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row),
+                         reinterpret_cast<LPARAM>(&sub));
+        }
+    }
+    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list_, nullptr, TRUE);
+}
+
+int CALLBACK GameListDialog::Compare(LPARAM a, LPARAM b, LPARAM key) {
+    return CompareSummaries(*reinterpret_cast<GameSummary*>(a), *reinterpret_cast<GameSummary*>(b),
+                            static_cast<int>(key));
+}
+
+// Sorts by column: a new column sorts ascending, the same column again flips the order.
+void GameListDialog::SortBy(int column) {
+    int key = sort_.TapColumn(column);
+    SendMessageW(list_, LVM_SORTITEMS, static_cast<WPARAM>(key), reinterpret_cast<LPARAM>(Compare));
+}
+
+// The list keeps its top edge and fills the rest of the dialog above the menu bar.
+void GameListDialog::Layout() {
+    if (list_ == nullptr) return;
+    RECT client{};
+    GetClientRect(window_, &client);
+    int width = client.right;
+    if (client.right > client.bottom) width -= GetSystemMetrics(SM_CXVSCROLL) + 2;
+    int bottom = client.bottom - 3 - pocketpc::MenuBarHeight(menuBar_);
+    RECT listRect{};
+    GetWindowRect(list_, &listRect);
+    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&listRect), 2);
+    MoveWindow(list_, listRect.left, listTop_, width - listRect.left, bottom - listTop_, TRUE);
+}
+
+INT_PTR GameListDialog::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_NOTIFY: {
+            auto* header = reinterpret_cast<NMHDR*>(lParam);
+            if (header->idFrom != kListId) break;
+            if (header->code == LVN_COLUMNCLICK) {
+                SortBy(reinterpret_cast<NMLISTVIEW*>(lParam)->iSubItem);
+                return TRUE;
+            }
+            if (header->code == LVN_ITEMACTIVATE) {
+                auto* activate = reinterpret_cast<NMITEMACTIVATE*>(lParam);
+                LVITEMW item{};
+                item.mask = LVIF_PARAM;
+                item.iItem = activate->iItem;
+                if (activate->iItem >= 0 &&
+                    SendMessageW(list_, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)) &&
+                    item.lParam != 0) {
+                    chosen_ = reinterpret_cast<GameSummary*>(item.lParam);
+                    if (offsetOut_ != nullptr) *offsetOut_ = chosen_->offset;
+                    if (countOut_ != nullptr) *countOut_ = index_.Count();
+                    EndDialog(window_, 1);
+                }
+                return TRUE;
+            }
+            break;
+        }
+        case WM_SIZE: {
+            INT_PTR result = DialogBase::DialogProc(message, wParam, lParam);
+            Layout();
+            return result;
+        }
+        case WM_ACTIVATE:
+            pocketpc::HandleActivate(window_, wParam, lParam);
+            return 0;
+        default:
+            break;
+    }
+    return DialogBase::DialogProc(message, wParam, lParam);
+}
+
+BOOL GameListDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
+    int id = LOWORD(wParam);
+    if (id == IDOK || id == kCloseCommand) {
+        EndDialog(window_, 2);
+        return TRUE;
+    }
+    for (const ColumnBox& box : kColumnBoxes) {
+        if (id == box.checkBox && HIWORD(wParam) == BN_CLICKED) {
+            bool checked = IsDlgButtonChecked(window_, box.checkBox) == BST_CHECKED;
+            ListView_SetColumnWidth(list_, box.column, checked ? LVSCW_AUTOSIZE : 0);
+            return TRUE;
+        }
+    }
+    return DialogBase::OnCommand(wParam, lParam);
+}
+
+}  // namespace velmora

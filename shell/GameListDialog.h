@@ -1,0 +1,46 @@
+// GameListDialog: the games of one file in a sortable list; a tap on a game chooses it.
+#pragma once
+
+#include <cstdint>
+
+#include "game/GameListOrder.h"
+#include "shell/DialogBase.h"
+
+namespace velmora {
+
+class GameIndex;
+class GameSummary;
+
+class GameListDialog : public DialogBase {
+  public:
+    explicit GameListDialog(GameIndex& index);
+
+    // Shows the games of the index (rescanning its file); 1 with the chosen game's offset and
+    // the file's game count, 2 when cancelled.
+    INT_PTR Run(HWND parent, std::uint32_t* offsetOut, int* countOut);
+
+    INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    BOOL OnInitDialog() override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+
+    // For tests and the main window: the list view, and the summary chosen.
+    HWND List() const { return list_; }
+    GameSummary* Chosen() const { return chosen_; }
+    const GameListSort& Sort() const { return sort_; }
+
+  private:
+    void Fill();
+    void SortBy(int column);
+    void Layout();
+    static int CALLBACK Compare(LPARAM a, LPARAM b, LPARAM key);
+
+    GameIndex& index_;
+    std::uint32_t* offsetOut_ = nullptr;
+    int* countOut_ = nullptr;
+    HWND list_ = nullptr;
+    int listTop_ = 0;
+    GameListSort sort_;
+    GameSummary* chosen_ = nullptr;
+};
+
+}  // namespace velmora

@@ -1,0 +1,166 @@
+// The program's entry point: start-up in its fixed order, the message loop, and shut-down.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <memory>
+
+#include "game/TagDictionary.h"
+#include "game/UserMessages.h"
+#include "gamewindow/CommentPane.h"
+#include "platform/SettingsStore.h"
+#include "shell/Application.h"
+#include "shell/DialogBase.h"
+#include "shell/DrawingResources.h"
+#include "shell/MainWindow.h"
+#include "shell/Settings.h"
+#include "shell/pocketpc.h"
+
+namespace velmora {
+namespace {
+
+constexpr LANGID kFrench = 0x040C;
+constexpr int kMainWindowError = 40059;
+constexpr int kCaption = 40018;
+constexpr int kAssociationQuestionText = 40028;
+constexpr int kAccelerators = 3;
+
+// Portable code's messages and questions, shown as message boxes.
+class MessageBoxes : public UserMessages {
+  public:
+    int Show(const std::u16string& text, const std::u16string& caption, MessageIcon icon,
+             MessageButtons buttons, void* owner) override {
+        UINT style = buttons == MessageButtons::YesNo         ? MB_YESNO
+                     : buttons == MessageButtons::YesNoCancel ? MB_YESNOCANCEL
+                                                              : MB_OK;
+        switch (icon) {
+            case MessageIcon::Error:
+                style |= MB_ICONERROR;
+                break;
+            case MessageIcon::Warning:
+                style |= MB_ICONWARNING;
+                break;
+            case MessageIcon::Question:
+                style |= MB_ICONQUESTION;
+                break;
+            case MessageIcon::Stop:
+                style |= MB_ICONSTOP;
+                break;
+            case MessageIcon::None:
+                break;
+        }
+        HWND window = owner != nullptr ? static_cast<HWND>(owner) : App().mainWindowHandle;
+        return MessageBoxW(window, Wide(text).c_str(), Wide(caption).c_str(), style);
+    }
+};
+
+// Brings the running copy to the front, with the dialog it shows when it has one open.
+void BringToFront(HWND running) {
+    if (IsIconic(running)) ShowWindow(running, SW_RESTORE);
+    HWND popup = GetLastActivePopup(running);
+    SetForegroundWindow(popup != nullptr ? popup : running);
+}
+
+int Run(HINSTANCE instance, const wchar_t* commandLine) {
+    Application& app = App();
+    INITCOMMONCONTROLSEX controls{sizeof(controls),
+                                  ICC_LISTVIEW_CLASSES | ICC_DATE_CLASSES | ICC_BAR_CLASSES};
+    InitCommonControlsEx(&controls);
+    pocketpc::ShellStartup();
+
+    app.programInstance = instance;
+    app.resourceInstance = instance;
+    if (GetSystemDefaultLangID() == kFrench) {
+        if (HMODULE french = LoadLibraryW(L"Velmora20FR.dll"); french != nullptr) {
+            app.resourceInstance = french;
+            app.french = true;
+        }
+    }
+    static MessageBoxes messageBoxes;
+    SetUserMessages(&messageBoxes);
+
+    auto settings = std::make_unique<Settings>();
+    app.settings = settings.get();
+    settings->associationQuestion = [] {
+        return MessageFromStrings(kAssociationQuestionText, kCaption, MB_YESNO | MB_ICONQUESTION);
+    };
+    settings->Load(platform::SystemSettingsStore());
+    GlobalTagDictionary().Load();
+
+    if (HWND running = FindWindowW(MainWindow::kClassName, MainWindow::kTitle);
+        running != nullptr) {
+        BringToFront(running);
+        app.settings = nullptr;
+        return 0;
+    }
+
+    auto drawing = std::make_unique<DrawingResources>(*settings);
+    app.drawing = drawing.get();
+    RegisterCommentClass(instance);
+    MainWindow::RegisterWindowClass(instance);
+    auto mainWindow = std::make_unique<MainWindow>();
+    app.mainWindow = mainWindow.get();
+
+    bool looped = false;
+    HWND window = mainWindow->Create(instance);
+    app.mainWindowHandle = window;
+    if (window == nullptr) {
+        MessageFromStrings(kMainWindowError, kCaption, MB_ICONERROR);
+    } else {
+        ShowWindow(window, SW_SHOW);
+        UpdateWindow(window);
+        SetForegroundWindow(window);
+        HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(kAccelerators));
+        if (commandLine != nullptr && commandLine[0] != 0) mainWindow->OpenFile(commandLine);
+        looped = true;
+        MSG message;
+        while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+            if (!TranslateAcceleratorW(message.hwnd, accelerators, &message)) {
+                TranslateMessage(&message);
+                DispatchMessageW(&message);
+            }
+        }
+    }
+
+    if (looped) settings->SetOpenIn(Utf16(mainWindow->CurrentFolder().c_str()));
+    settings->Save(platform::SystemSettingsStore());
+    GlobalTagDictionary().Free();
+    UnregisterCommentClass(instance);
+    app.mainWindow = nullptr;
+    mainWindow.reset();
+    app.drawing = nullptr;
+    drawing.reset();
+    app.settings = nullptr;
+    settings.reset();
+    SetUserMessages(nullptr);
+    return 0;
+}
+
+// The command line without the program's own name, and without the quotes a shell puts
+// around a path with blanks.
+std::wstring FileArgument() {
+    const wchar_t* line = GetCommandLineW();
+    bool quoted = false;
+    while (*line != 0 && (quoted || (*line != L' ' && *line != L'\t'))) {
+        if (*line == L'"') quoted = !quoted;
+        ++line;
+    }
+    while (*line == L' ' || *line == L'\t')
+        ++line;
+    std::wstring argument = line;
+    while (!argument.empty() && (argument.back() == L' ' || argument.back() == L'\t')) {
+        argument.pop_back();
+    }
+    if (argument.size() >= 2 && argument.front() == L'"' && argument.back() == L'"') {
+        argument = argument.substr(1, argument.size() - 2);
+    }
+    return argument;
+}
+
+}  // namespace
+}  // namespace velmora
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int) {
+    std::wstring argument = velmora::FileArgument();
+    return velmora::Run(instance, argument.c_str());
+}

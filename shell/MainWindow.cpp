@@ -1,0 +1,342 @@
+// The main window: document list, menu bar, and the road from a chosen file to the game window.
+#include "shell/MainWindow.h"
+
+#include <commctrl.h>
+
+#include "game/PgnParser.h"
+#include "gamewindow/BoardView.h"
+#include "resources/resource.h"
+#include "shell/Application.h"
+#include "shell/DialogBase.h"
+#include "shell/DrawingResources.h"
+#include "shell/GameListDialog.h"
+#include "shell/Settings.h"
+#include "shell/pocketpc.h"
+
+namespace velmora {
+namespace {
+
+constexpr UINT kFatalErrorMessage = WM_APP + 1;  // 32769
+constexpr UINT kPlainMessage = WM_APP + 2;       // 32770
+constexpr int kShowGameAgain = 1064;
+constexpr int kNewGame = 40069;
+constexpr int kNewPosition = 40080;
+constexpr int kSearch = 40139;
+constexpr int kAbout = 40003;
+constexpr int kExit = 40060;
+constexpr int kReopenFile = 40128;
+constexpr int kOpenNext = 40111;
+constexpr int kMainMenu = 102;
+constexpr int kMainToolbarBitmap = 141;
+constexpr int kToolbarError = 40027;
+// The frame's own command that turns the screen between portrait and landscape.
+constexpr UINT kRotateCommand = 0x7F00;
+constexpr int kAboutPortrait = 103;
+constexpr int kAboutLandscape = 149;
+
+const wchar_t* AllFoldersText() {
+    return App().french ? L"Tous les dossiers" : L"All Folders";
+}
+
+}  // namespace
+
+MainWindow::~MainWindow() {
+    // The game refers to its file: it goes first.
+    game_.reset();
+    file_.reset();
+}
+
+bool MainWindow::RegisterWindowClass(HINSTANCE instance) {
+    WNDCLASSW windowClass{};
+    windowClass.style = CS_HREDRAW | CS_VREDRAW;
+    windowClass.lpfnWndProc = WindowProc;
+    windowClass.cbWndExtra = 4 + sizeof(void*);
+    windowClass.hInstance = instance;
+    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+    windowClass.lpszClassName = kClassName;
+    return RegisterClassW(&windowClass) != 0;
+}
+
+HWND MainWindow::Create(HINSTANCE instance) {
+    DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_THICKFRAME |
+                  WS_CLIPCHILDREN | WS_VISIBLE;
+    RECT rect{0, 0, pocketpc::kPortraitWidth, pocketpc::kPortraitHeight};
+    AdjustWindowRectEx(&rect, style, FALSE, 0);
+    return CreateWindowExW(0, kClassName, kTitle, style, CW_USEDEFAULT, CW_USEDEFAULT,
+                           rect.right - rect.left, rect.bottom - rect.top, nullptr, nullptr,
+                           instance, this);
+}
+
+void MainWindow::OpenFile(const wchar_t* path) {
+    game_.reset();
+    index_ = 0;
+    file_ = std::make_unique<GameIndex>(Utf16(path));
+    PostMessageW(window_, WM_COMMAND, kReopenFile, 0);
+}
+
+LRESULT CALLBACK MainWindow::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, 4));
+    if (message == WM_CREATE) {
+        self = static_cast<MainWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+        SetWindowLongPtrW(window, 4, reinterpret_cast<LONG_PTR>(self));
+        self->window_ = window;
+    }
+    if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+    return self->HandleMessage(message, wParam, lParam);
+}
+
+void MainWindow::OnCreate() {
+    pocketpc::SetDeviceFrame(window_);
+    menuBar_ = pocketpc::CreateMenuBar(window_, App().resourceInstance, kMainMenu);
+    const pocketpc::ToolButton buttons[] = {{0, kNewGame}, {1, kNewPosition}, {2, kSearch}};
+    if (!pocketpc::AddToolButtons(menuBar_, App().programInstance, kMainToolbarBitmap, 3, buttons,
+                                  3)) {
+        SystemErrorBoxFromString(GetLastError(), kToolbarError);
+    }
+    HMENU system = GetSystemMenu(window_, FALSE);
+    if (system != nullptr) {
+        AppendMenuW(system, MF_SEPARATOR, 0, nullptr);
+        AppendMenuW(system, MF_STRING, kRotateCommand,
+                    App().french ? L"Tourner l'\u00E9cran" : L"Rotate screen");
+    }
+}
+
+// Creates the document list on the first paint, on the stored folder or on all folders.
+void MainWindow::CreateDocumentList() {
+    const Settings* settings = App().settings;
+    const char16_t* stored = settings != nullptr ? settings->openIn.Get() : nullptr;
+    pocketpc::DocListCreate create{};
+    create.parent = window_;
+    create.folder = stored != nullptr ? Wide(stored) : nullptr;
+    folder_ = stored != nullptr ? Wide(stored) : L"";
+    create.allFoldersText = AllFoldersText();
+    create.filterName = App().french ? L"Fichiers PGN" : L"PGN files";
+    create.filterPattern = L"*.pgn";
+    create.controlId = kDocListId;
+    docList_ = pocketpc::CreateDocList(create);
+    if (docList_ == nullptr) {
+        MessageBoxW(window_, L"Unable to create document list", L"Fatal error", MB_ICONERROR);
+        PostQuitMessage(0);
+        return;
+    }
+    LayoutChildren();
+    SendMessageW(docList_, pocketpc::kDocListRefresh, 0, 0);
+}
+
+void MainWindow::LayoutChildren() {
+    pocketpc::PlaceMenuBar(menuBar_);
+    if (docList_ == nullptr) return;
+    RECT client{};
+    GetClientRect(window_, &client);
+    SetWindowPos(docList_, nullptr, 0, 0, client.right,
+                 client.bottom - pocketpc::MenuBarHeight(menuBar_) - 2, SWP_NOMOVE | SWP_NOZORDER);
+}
+
+LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE:
+            OnCreate();
+            return 0;
+        case WM_DESTROY:
+            if (menuBar_ != nullptr) DestroyWindow(menuBar_);
+            menuBar_ = nullptr;
+            PostQuitMessage(0);
+            return 0;
+        case WM_SIZE:
+            LayoutChildren();
+            pocketpc::FollowFrame();
+            return 0;
+        case WM_MOVE:
+            pocketpc::FollowFrame();
+            return 0;
+        case WM_ACTIVATE:
+            if (LOWORD(wParam) == WA_ACTIVE || LOWORD(wParam) == WA_CLICKACTIVE) {
+                pocketpc::SetNavigationTitle(window_, kTitle);
+            }
+            pocketpc::HandleActivate(window_, wParam, lParam);
+            return 0;
+        case WM_SETTINGCHANGE:
+            pocketpc::HandleSettingChange(window_, wParam, lParam);
+            return 0;
+        case WM_PAINT: {
+            LRESULT result = DefWindowProcW(window_, message, wParam, lParam);
+            if (docList_ == nullptr) CreateDocumentList();
+            return result;
+        }
+        case WM_NOTIFY: {
+            auto* notify = reinterpret_cast<pocketpc::DocListNotify*>(lParam);
+            if (notify->header.idFrom != kDocListId) break;
+            if (notify->header.code == pocketpc::kDocListFileChosen) {
+                std::wstring path = notify->path;
+                OnFileChosen(path.c_str());
+            } else if (notify->header.code == pocketpc::kDocListFolderChanged) {
+                folder_ = notify->path;
+            }
+            return 0;
+        }
+        case WM_SYSCOMMAND:
+            if ((wParam & 0xFFF0) == kRotateCommand) {
+                pocketpc::SetOrientation(!pocketpc::ScreenIsPortrait());
+                return 0;
+            }
+            break;
+        case WM_COMMAND:
+            OnCommand(LOWORD(wParam));
+            return 0;
+        case WM_INITMENUPOPUP:
+            return 0;
+        case kFatalErrorMessage:
+            MessageBoxW(window_, reinterpret_cast<const wchar_t*>(lParam), L"Fatal error",
+                        MB_ICONERROR);
+            return 0;
+        case kPlainMessage:
+            MessageBoxW(window_, reinterpret_cast<const wchar_t*>(lParam), L"Velmora 2.0", MB_OK);
+            return 0;
+        default:
+            break;
+    }
+    return DefWindowProcW(window_, message, wParam, lParam);
+}
+
+std::unique_ptr<Game> MainWindow::ChooseAndLoad(GameIndex& file, int* number, bool reportFailure) {
+    std::uint32_t offset = 0;
+    int count = 0;
+    GameListDialog list(file);
+    if (list.Run(window_, &offset, &count) != 1) return nullptr;
+    *number = 1;
+    for (GameSummary* summary = file.First(); summary != nullptr && summary != list.Chosen();
+         summary = summary->next.get()) {
+        ++*number;
+    }
+    auto game = std::make_unique<Game>(&file);
+    int error = LoadGame(*game, window_, offset, count);
+    if (error != kPgnOk) {
+        if (reportFailure) ShowLoadError(error, u"Unable to load game", window_);
+        return nullptr;
+    }
+    return game;
+}
+
+void MainWindow::OnFileChosen(const wchar_t* path) {
+    auto file = std::make_unique<GameIndex>(Utf16(path));
+    int number = 0;
+    std::unique_ptr<Game> game = ChooseAndLoad(*file, &number, true);
+    if (game == nullptr) return;
+    game_ = std::move(game);
+    file_ = std::move(file);
+    index_ = number;
+    if (App().settings != nullptr) App().settings->recentFiles.Add(Utf16(path));
+    ShowGameWindow();
+}
+
+void MainWindow::ShowGameWindow() {
+    if (game_ == nullptr) return;
+    BoardView view(*game_);
+    view.Run(window_, 0);
+}
+
+void MainWindow::OnCommand(int id) {
+    switch (id) {
+        case kNewGame:
+            game_ = std::make_unique<Game>();
+            index_ = 0;
+            ShowGameWindow();
+            break;
+        case kShowGameAgain:
+            ShowGameWindow();
+            break;
+        case kAbout:
+            ShowAboutDialog(window_);
+            break;
+        case kExit:
+            PostQuitMessage(0);
+            break;
+        case IDOK:
+            SendMessageW(window_, WM_ACTIVATE, WA_INACTIVE, 0);
+            SendMessageW(window_, WM_CLOSE, 0, 0);
+            break;
+        case kReopenFile:
+            if (file_ != nullptr) {
+                int number = 0;
+                std::unique_ptr<Game> game = ChooseAndLoad(*file_, &number, false);
+                if (game != nullptr) {
+                    game_ = std::move(game);
+                    index_ = number;
+                    ShowGameWindow();
+                }
+            }
+            break;
+        case kOpenNext:
+            if (game_ != nullptr && file_ != nullptr) {
+                GameSummary* next = file_->First();
+                for (int i = 0; i < index_ && next != nullptr; ++i)
+                    next = next->next.get();
+                if (next == nullptr) break;
+                auto game = std::make_unique<Game>(file_.get());
+                if (LoadGame(*game, window_, next->offset, file_->Count()) != kPgnOk) break;
+                game_ = std::move(game);
+                ++index_;
+                ShowGameWindow();
+            }
+            break;
+        default:
+            // New position, search, import and the options come with their own dialogs.
+            break;
+    }
+}
+
+// About box -------------------------------------------------------------------------------
+
+namespace {
+
+INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_INITDIALOG:
+            pocketpc::InitDialog(dialog, pocketpc::kDoneButton | pocketpc::kSipDown |
+                                             pocketpc::kFullScreenNoMenuBar | pocketpc::kEmptyMenu);
+            SetWindowLongPtrW(dialog, DWLP_USER, 1);
+            // The French module carries no icon: the icon and the bold title come from here.
+            SendDlgItemMessageW(dialog, IDC_ABOUT_ICON, STM_SETICON,
+                                reinterpret_cast<WPARAM>(LoadIconW(App().programInstance,
+                                                                   MAKEINTRESOURCEW(IDI_VELMORA))),
+                                0);
+            if (App().drawing != nullptr) {
+                SendDlgItemMessageW(dialog, IDC_ABOUT_TITLE, WM_SETFONT,
+                                    reinterpret_cast<WPARAM>(App().drawing->boldFont), TRUE);
+            }
+            return TRUE;
+        case WM_COMMAND:
+            if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) EndDialog(dialog, 1);
+            return TRUE;
+        case WM_SIZE:
+            if (GetWindowLongPtrW(dialog, DWLP_USER) != 0) {
+                LayoutFromTemplate(
+                    App().resourceInstance, dialog,
+                    HIWORD(lParam) >= LOWORD(lParam) ? kAboutPortrait : kAboutLandscape);
+                HWND bar = FindWindowExW(dialog, nullptr, L"VelmoraMenuBar", nullptr);
+                pocketpc::PlaceMenuBar(bar);
+            }
+            return TRUE;
+        case WM_DESTROY:
+            pocketpc::ForgetDialog(dialog);
+            return FALSE;
+        default:
+            return FALSE;
+    }
+}
+
+}  // namespace
+
+void ShowAboutDialog(HWND owner) {
+    int templateId = pocketpc::ScreenIsPortrait() ? kAboutPortrait : kAboutLandscape;
+    HRSRC resource = FindResourceW(App().resourceInstance, MAKEINTRESOURCEW(templateId), RT_DIALOG);
+    HGLOBAL loaded = resource != nullptr ? LoadResource(App().resourceInstance, resource) : nullptr;
+    if (loaded == nullptr) return;
+    DialogBoxIndirectParamW(App().resourceInstance,
+                            static_cast<LPCDLGTEMPLATEW>(LockResource(loaded)), owner, AboutProc,
+                            0);
+}
+
+}  // namespace velmora

@@ -1,0 +1,198 @@
+// The game list's order: the word-sort text comparison, each column's sort and the cell texts.
+#include "game/GameListOrder.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora {
+namespace {
+
+TEST(GameListOrder, TextComparisonFollowsTheWordSort) {
+    const struct {
+        std::u16string a, b;
+        int expected;
+    } cases[] = {
+        {u"", u"", 0},
+        {u"Anand", u"Anand", 0},
+        {u"", u"a", -1},
+        {u"Kasparov", u"Kasparov, G", -1},  // a text before its own continuation
+        {u"abc", u"ABD", -1},               // case is ignored first...
+        {u"Zukertort", u"anand", 1},
+        {u"abc", u"Abc", -1},  // ...and only then lower case comes first
+        {u"wch", u"Wch", -1},
+        {u"1", u"a", -1},  // digits before letters
+        {u"9", u"A", -1},
+        {u" x", u"1", -1},  // blank and punctuation before digits
+        {u".", u"0", -1},
+        {u"????.??.??", u"1990.01.01", -1},
+        {u"1999.01.01", u"1999.1.1", -1},
+        {u"\u00D7", u"0", -1},         // the Latin-1 multiplication sign is punctuation
+        {u"\u00C9mile", u"Emma", -1},  // accented letters sort with their base letter...
+        {u"\u00D6laf", u"Pavel", -1},
+        {u"M\u00FCller", u"Mullet", -1},
+        {u"M\u00FCller", u"Muller", 1},   // ...after the plain letter when all else is equal
+        {u"\u00E9", u"E", 1},             // an accent counts before the case
+        {u"Stra\u00DFe", u"Strasse", 1},  // ß is "ss"
+        {u"Stra\u00DFe", u"Strassf", -1},
+        {u"\u00E6", u"af", -1},             // æ is "ae"
+        {u"\u0152uvre", u"Oz", -1},         // Œ is "OE"
+        {u"\u0160ahovi\u0107", u"Sz", -1},  // code page 1252 letters: Š with S
+        {u"\u00DE\u00F3r", u"Zoe", 1},      // thorn after z
+        {u"O'Kelly", u"Ojanen", 1},         // apostrophes and hyphens weigh nothing at first
+        {u"co-op", u"cop", -1},
+        {u"coop", u"co-op", -1},  // and then the text without them first
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(CompareTextLikeLstrcmp(c.a, c.b), c.expected)
+            << std::string(c.a.begin(), c.a.end()) << " / " << std::string(c.b.begin(), c.b.end());
+        EXPECT_EQ(CompareTextLikeLstrcmp(c.b, c.a), -c.expected);
+    }
+}
+
+TEST(GameListOrder, RoundIsReadAsADecimalNumber) {
+    const struct {
+        const char16_t* text;
+        int number;
+    } cases[] = {
+        {nullptr, 0},
+        {u"", 0},
+        {u"?", 0},
+        {u"?5", 0},
+        {u"12", 12},
+        {u" 7", 7},
+        {u"3.1", 3},
+        {u"10b", 10},
+        {u"-2", -2},
+        {u"+4", 4},
+        {u"abc", 0},
+        {u"99999999999", INT_MAX},
+        {u"-2147483648", INT_MIN},
+        {u"-99999999999", INT_MIN},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(RoundNumber(OwnedText(c.text)), c.number)
+            << (c.text ? std::string(c.text, c.text + std::char_traits<char16_t>::length(c.text))
+                       : "<none>");
+    }
+}
+
+// Five games whose offsets (1..5) name them.
+class GameListSorting : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        struct Row {
+            const char16_t *white, *black;
+            ResultCode result;
+            const char16_t *eco, *event, *round, *date, *start;
+        };
+        const Row rows[] = {
+            {u"Anand", u"Carlsen", kDraw, u"B90", u"Wch", u"10", u"2013.11.22", u"1. c4"},
+            {u"carlsen", u"anand", kWhiteWins, nullptr, u"wch", u"2", u"2013.11.09", u"1. d4"},
+            {u"\u00C9mile", u"Zoe", kResultUnknown, u"A00", u"Open", u"?", u"????.??.??",
+             u"(Position)"},
+            {nullptr, u"", kBlackWins, u"", nullptr, u"", nullptr, nullptr},
+            {u"Zukertort", u"Steinitz", kWhiteWins, u"C45", u"Match", u"1", u"1886.01.11",
+             u"1. e4"},
+        };
+        for (const Row& row : rows) {
+            auto game = std::make_unique<GameSummary>();
+            game->offset = static_cast<std::uint32_t>(games.size() + 1);
+            game->SetWhite(row.white);
+            game->SetBlack(row.black);
+            game->SetResultCode(row.result);
+            game->SetEco(row.eco);
+            game->SetEvent(row.event);
+            game->SetRound(row.round);
+            game->SetDate(row.date);
+            game->SetStart(row.start);
+            games.push_back(std::move(game));
+        }
+    }
+    // The offsets of the games sorted by key.
+    std::vector<int> Sorted(int key) {
+        std::vector<GameSummary*> list;
+        for (auto& game : games)
+            list.push_back(game.get());
+        SortSummaries(list, key);
+        std::vector<int> order;
+        for (GameSummary* game : list)
+            order.push_back(static_cast<int>(game->offset));
+        return order;
+    }
+    std::vector<std::unique_ptr<GameSummary>> games;
+};
+
+TEST_F(GameListSorting, EachColumnAscendingAndDescending) {
+    const struct {
+        int key;
+        std::vector<int> order;
+    } cases[] = {
+        {0, {4, 1, 2, 3, 5}},   // White: no name first, case and accents folded
+        {1, {5, 3, 2, 1, 4}},   // White descending
+        {2, {4, 2, 1, 5, 3}},   // Black
+        {6, {2, 4, 3, 1, 5}},   // ECO: no code and an empty one are equal and keep their order
+        {8, {4, 5, 3, 2, 1}},   // Event: "wch" before "Wch"
+        {10, {3, 4, 5, 2, 1}},  // Round: "?" and "" as 0, then 1, 2, 10
+        {11, {1, 2, 5, 3, 4}},  // Round descending: 10, 2, 1, then the zeros in list order
+        {12, {4, 3, 5, 2, 1}},  // Date
+        {13, {1, 2, 5, 3, 4}},  // Date descending
+        {16, {1, 2, 3, 4, 5}},  // no ninth column: nothing moves
+        {-1, {1, 2, 3, 4, 5}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(Sorted(c.key), c.order) << "key " << c.key;
+}
+
+// Intended: the result column ascending runs from the highest code down, "*" first.
+TEST_F(GameListSorting, ResultAscendingPutsUnfinishedGamesFirst) {
+    EXPECT_EQ(Sorted(4), (std::vector<int>{3, 4, 1, 2, 5}));
+    EXPECT_EQ(Sorted(5), (std::vector<int>{2, 5, 1, 4, 3}));
+    EXPECT_EQ(CompareSummaries(*games[1], *games[4], 4), 0);  // both "1-0"
+}
+
+// Intended: the Start column sorts by Date, not by its own text.
+TEST_F(GameListSorting, StartColumnSortsByDate) {
+    ASSERT_NE(Sorted(12), (std::vector<int>{4, 3, 1, 2, 5}));  // the order of the start texts
+    EXPECT_EQ(Sorted(14), Sorted(12));
+    EXPECT_EQ(Sorted(15), Sorted(13));
+}
+
+TEST_F(GameListSorting, CellTextsOfTheEightColumns) {
+    const struct {
+        int game;
+        std::vector<std::u16string> cells;
+    } cases[] = {
+        {0,
+         {u"Anand", u"Carlsen", u"\u00BD-\u00BD", u"B90", u"Wch", u"10", u"2013.11.22", u"1. c4"}},
+        {1, {u"carlsen", u"anand", u"1-0", u"", u"wch", u"2", u"2013.11.09", u"1. d4"}},
+        {2, {u"\u00C9mile", u"Zoe", u"*", u"A00", u"Open", u"?", u"????.??.??", u"(Position)"}},
+        {3, {u"", u"", u"0-1", u"", u"", u"", u"", u""}},
+    };
+    for (const auto& c : cases) {
+        for (int column = 0; column < kGameListColumnCount; ++column)
+            EXPECT_EQ(CellText(*games[c.game], column), c.cells[column])
+                << "game " << c.game << " column " << column;
+    }
+    EXPECT_EQ(CellText(*games[0], kGameListColumnCount), u"");
+    games[0]->SetResultCode(-1);
+    EXPECT_EQ(CellText(*games[0], kColumnResult), u"*");
+}
+
+TEST(GameListOrder, TappingAHeaderTwiceFlipsTheOrder) {
+    GameListSort sort;
+    EXPECT_EQ(sort.Key(), -1);
+    EXPECT_EQ(sort.TapColumn(kColumnRound), 10);
+    EXPECT_EQ(sort.TapColumn(kColumnRound), 11);
+    EXPECT_EQ(sort.TapColumn(kColumnRound), 10);
+    EXPECT_EQ(sort.TapColumn(kColumnRound), 11);
+    EXPECT_EQ(sort.TapColumn(kColumnResult), 4);  // another column starts ascending
+    EXPECT_EQ(sort.Column(), kColumnResult);
+    EXPECT_FALSE(sort.Descending());
+}
+
+}  // namespace
+}  // namespace velmora

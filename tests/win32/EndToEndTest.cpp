@@ -1,0 +1,537 @@
+// Velmora20.exe itself, started as a separate process: the ".pgn" association question, the
+// hand-over from a second copy to the running one, and the French texts. Each screen reached is
+// photographed under build/screenshots/. Every process started here is killed at the end of its
+// test, so a failure cannot leave the program running.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "win32/Screenshot.h"
+
+namespace velmora {
+namespace {
+
+constexpr wchar_t kMainClass[] = L"Velmora20";
+constexpr wchar_t kMainTitle[] = L"Velmora20";
+constexpr wchar_t kDialogClass[] = L"#32770";
+constexpr wchar_t kCaption[] = L"Velmora 2.0";
+constexpr wchar_t kQuestion[] =
+    L"Velmora is currently not the default PGN viewer ; do you want to register it as the "
+    L"default PGN viewer ?";
+constexpr wchar_t kPgnName[] = L"three-games.pgn";
+constexpr int kDocListId = 100;
+constexpr int kResultBox = 1001;
+constexpr LANGID kFrench = 0x040C;
+
+constexpr DWORD kStepMs = 100;
+constexpr DWORD kWindowWaitMs = 20000;
+constexpr DWORD kExitWaitMs = 15000;
+constexpr DWORD kNoQuestionMs = 3000;
+
+std::wstring Widen(const char* text) {
+    std::string narrow = text;
+    return std::wstring(narrow.begin(), narrow.end());
+}
+
+// Turns a "Z:/..." path from the build into the full Windows path the system reports for it.
+std::wstring FullPath(const std::wstring& path) {
+    std::wstring backslashed = path;
+    std::replace(backslashed.begin(), backslashed.end(), L'/', L'\\');
+    wchar_t full[MAX_PATH] = {};
+    DWORD length = GetFullPathNameW(backslashed.c_str(), MAX_PATH, full, nullptr);
+    if (length == 0 || length >= MAX_PATH) return backslashed;
+    wchar_t longPath[MAX_PATH] = {};
+    length = GetLongPathNameW(full, longPath, MAX_PATH);
+    return length == 0 || length >= MAX_PATH ? std::wstring(full) : std::wstring(longPath);
+}
+
+const std::wstring& ProgramPath() {
+    static const std::wstring path = FullPath(Widen(VELMORA_PROGRAM));
+    return path;
+}
+
+std::wstring IconValue() {
+    return ProgramPath() + L",0";
+}
+
+std::wstring CommandValue() {
+    const std::wstring& path = ProgramPath();
+    return (path.find(L' ') != std::wstring::npos ? L"\"" + path + L"\"" : path) + L" %1";
+}
+
+bool SameText(const std::wstring& a, const std::wstring& b) {
+    return CompareStringOrdinal(a.c_str(), static_cast<int>(a.size()), b.c_str(),
+                                static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+}
+
+std::wstring ClassName(HWND window) {
+    wchar_t name[256] = {};
+    GetClassNameW(window, name, 256);
+    return name;
+}
+
+std::wstring WindowText(HWND window) {
+    wchar_t text[1024] = {};
+    GetWindowTextW(window, text, 1024);
+    return text;
+}
+
+DWORD ProcessOf(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return process;
+}
+
+// Sends a message to a window of another process; 0 when it does not answer within 5 s.
+LRESULT SendTo(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    DWORD_PTR result = 0;
+    if (!SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, 5000, &result)) {
+        return 0;
+    }
+    return static_cast<LRESULT>(result);
+}
+
+// Dispatches what this thread's windows have queued, then waits one polling step.
+void Step() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    Sleep(kStepMs);
+}
+
+// Top-level windows of the given class, of one process or (processId 0) of any.
+std::vector<HWND> TopLevelWindows(const wchar_t* className, DWORD processId) {
+    struct Search {
+        const wchar_t* className;
+        DWORD processId;
+        std::vector<HWND> found;
+    } search{className, processId, {}};
+    EnumWindows(
+        [](HWND window, LPARAM param) -> BOOL {
+            auto* s = reinterpret_cast<Search*>(param);
+            if (ClassName(window) == s->className &&
+                (s->processId == 0 || ProcessOf(window) == s->processId)) {
+                s->found.push_back(window);
+            }
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+HWND VisibleWindow(const wchar_t* className, DWORD processId,
+                   const std::function<bool(HWND)>& accept) {
+    for (HWND window : TopLevelWindows(className, processId)) {
+        if (IsWindowVisible(window) && accept(window)) return window;
+    }
+    return nullptr;
+}
+
+HWND MainWindowOf(DWORD processId) {
+    return VisibleWindow(kMainClass, processId,
+                         [](HWND window) { return WindowText(window) == kMainTitle; });
+}
+
+HWND QuestionBoxOf(DWORD processId) {
+    return VisibleWindow(kDialogClass, processId,
+                         [](HWND window) { return WindowText(window) == kCaption; });
+}
+
+HWND GameListOf(DWORD processId) {
+    return VisibleWindow(kDialogClass, processId,
+                         [](HWND window) { return GetDlgItem(window, kResultBox) != nullptr; });
+}
+
+// The text of a message box: its "Static" child with the longest text (the icon has none).
+std::wstring MessageText(HWND box) {
+    std::wstring longest;
+    for (HWND child = FindWindowExW(box, nullptr, L"Static", nullptr); child != nullptr;
+         child = FindWindowExW(box, child, L"Static", nullptr)) {
+        std::wstring text = WindowText(child);
+        if (text.size() > longest.size()) longest = text;
+    }
+    return longest;
+}
+
+// The default value of a key under HKEY_CLASSES_ROOT; nothing when the key or value is missing.
+std::optional<std::wstring> ClassesDefault(const wchar_t* subKey) {
+    wchar_t value[512] = {};
+    DWORD size = sizeof(value);
+    if (RegGetValueW(HKEY_CLASSES_ROOT, subKey, nullptr, RRF_RT_REG_SZ, nullptr, value, &size) !=
+        ERROR_SUCCESS) {
+        return std::nullopt;
+    }
+    return std::wstring(value);
+}
+
+bool ClassesKeyExists(const wchar_t* subKey) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, subKey, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
+}
+
+void RemoveAssociation() {
+    RegDeleteTreeW(HKEY_CLASSES_ROOT, L".pgn");
+    RegDeleteTreeW(HKEY_CLASSES_ROOT, L"pgnfile");
+}
+
+bool SetClassesDefault(const wchar_t* subKey, const std::wstring& value) {
+    HKEY key = nullptr;
+    if (RegCreateKeyExW(HKEY_CLASSES_ROOT, subKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                        nullptr) != ERROR_SUCCESS) {
+        return false;
+    }
+    const bool set =
+        RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
+    RegCloseKey(key);
+    return set;
+}
+
+// Registers the program for ".pgn" the way it does itself, so that it asks nothing.
+bool WriteAssociation() {
+    return SetClassesDefault(L".pgn", L"pgnfile") &&
+           SetClassesDefault(L"pgnfile\\DefaultIcon", IconValue()) &&
+           SetClassesDefault(L"pgnfile\\Shell\\Open\\Command", CommandValue());
+}
+
+// Whether this process can open windows: under Wine without an X display it cannot.
+bool CanCreateWindows() {
+    if (GetSystemMetrics(SM_CXSCREEN) == 0) return false;
+    HWND probe = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 4, 4, nullptr, nullptr,
+                                 GetModuleHandleW(nullptr), nullptr);
+    if (probe == nullptr) return false;
+    DestroyWindow(probe);
+    return true;
+}
+
+// Makes window the foreground window and waits until it has stayed there for a second: under
+// Wine the program's own activation at start-up can arrive late and take the front back.
+bool HoldInFront(HWND window) {
+    int held = 0;
+    for (int tries = 0; tries < 50 && held < 10; ++tries) {
+        if (GetForegroundWindow() == window) {
+            ++held;
+        } else {
+            held = 0;
+            SetForegroundWindow(window);
+        }
+        Step();
+    }
+    return held >= 10;
+}
+
+struct Started {
+    HANDLE handle = nullptr;
+    DWORD id = 0;
+};
+
+class EndToEnd : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!CanCreateWindows()) {
+            GTEST_SKIP() << "no display: set DISPLAY to an X server (Xvfb) to start the program";
+        }
+        for (HWND window : TopLevelWindows(kMainClass, 0)) {
+            if (ProcessOf(window) == GetCurrentProcessId()) {
+                GTEST_SKIP() << "this test program still has a main window open";
+            }
+            KillProcessOf(window);  // left by an earlier run that was stopped
+        }
+        // A folder of its own as the program's working folder: the document list's root.
+        wchar_t temp[MAX_PATH] = {};
+        GetTempPathW(MAX_PATH, temp);
+        folder_ = std::wstring(temp) + L"velmora-e2e-" + std::to_wstring(GetCurrentProcessId());
+        CreateDirectoryW(folder_.c_str(), nullptr);
+        pgnPath_ = folder_ + L"\\" + kPgnName;
+        const std::wstring source = FullPath(Widen(VELMORA_TEST_DATA_DIR) + L"/" + kPgnName);
+        ASSERT_TRUE(CopyFileW(source.c_str(), pgnPath_.c_str(), FALSE))
+            << "cannot copy the PGN file";
+        // Each start opens the document list on all folders.
+        RegDeleteKeyValueW(HKEY_CURRENT_USER, L"Software\\Trelvik\\Velmora", L"Open in");
+    }
+
+    void TearDown() override {
+        for (HANDLE process : started_) {
+            if (WaitForSingleObject(process, 0) == WAIT_TIMEOUT) {
+                TerminateProcess(process, 1);
+                WaitForSingleObject(process, 5000);
+            }
+            CloseHandle(process);
+        }
+        started_.clear();
+        if (!pgnPath_.empty()) DeleteFileW(pgnPath_.c_str());
+        if (!folder_.empty()) RemoveDirectoryW(folder_.c_str());
+    }
+
+    static void KillProcessOf(HWND window) {
+        HANDLE process = OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, ProcessOf(window));
+        if (process == nullptr) return;
+        TerminateProcess(process, 1);
+        WaitForSingleObject(process, 5000);
+        CloseHandle(process);
+    }
+
+    // Starts the program in the test folder with the given command-line arguments.
+    Started Start(const std::wstring& arguments = L"") {
+        std::wstring commandLine = L"\"" + ProgramPath() + L"\"";
+        if (!arguments.empty()) commandLine += L" " + arguments;
+        STARTUPINFOW startup{};
+        startup.cb = sizeof(startup);
+        PROCESS_INFORMATION info{};
+        if (!CreateProcessW(ProgramPath().c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0,
+                            nullptr, folder_.c_str(), &startup, &info)) {
+            ADD_FAILURE() << "cannot start the program, error " << GetLastError();
+            return {};
+        }
+        CloseHandle(info.hThread);
+        started_.push_back(info.hProcess);
+        return {info.hProcess, info.dwProcessId};
+    }
+
+    // Polls find until it returns a window, the time is up or the process has ended.
+    static HWND WaitFor(const Started& process, const std::function<HWND()>& find,
+                        DWORD timeoutMs = kWindowWaitMs) {
+        for (DWORD waited = 0; waited < timeoutMs; waited += kStepMs) {
+            if (HWND window = find(); window != nullptr) return window;
+            if (WaitForSingleObject(process.handle, 0) != WAIT_TIMEOUT) return find();
+            Step();
+        }
+        return find();
+    }
+
+    // Waits for the main window. With asked, a question box shown meanwhile is noted there and
+    // answered No, so that the wait goes on.
+    static HWND WaitForMainWindow(const Started& process, bool* asked = nullptr) {
+        return WaitFor(process, [&] {
+            if (asked != nullptr) {
+                if (HWND box = QuestionBoxOf(process.id); box != nullptr) {
+                    *asked = true;
+                    PostMessageW(box, WM_COMMAND, IDNO, 0);
+                }
+            }
+            return MainWindowOf(process.id);
+        });
+    }
+
+    // Waits for the process to end; its exit code, or STILL_ACTIVE when it did not end.
+    static DWORD ExitCode(const Started& process, DWORD timeoutMs = kExitWaitMs) {
+        DWORD code = STILL_ACTIVE;
+        if (process.handle != nullptr && WaitForSingleObject(process.handle, timeoutMs) == 0) {
+            GetExitCodeProcess(process.handle, &code);
+        }
+        return code;
+    }
+
+    // Closes the main window as the title bar's close box does; the program must end with 0.
+    static void Close(const Started& process, HWND main) {
+        PostMessageW(main, WM_CLOSE, 0, 0);
+        EXPECT_EQ(ExitCode(process), 0u) << "the program did not end with 0 after WM_CLOSE";
+    }
+
+    // Lets a window of the program finish painting, then saves a screenshot of it.
+    static void Photograph(HWND window, const wchar_t* name) {
+        RedrawWindow(window, nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+        SendTo(window, WM_NULL, 0, 0);
+        for (int i = 0; i < 4; ++i)
+            Step();
+        EXPECT_TRUE(test::SaveWindowShot(window, name)) << "screenshot " << name;
+    }
+
+    std::wstring folder_;
+    std::wstring pgnPath_;
+    std::vector<HANDLE> started_;
+};
+
+// The French start runs only where Wine reports French as the system language: in the CTest
+// entry velmora_win32_tests_french, which starts Wine with LC_ALL=fr_FR.UTF-8.
+class EndToEndFrench : public EndToEnd {
+  protected:
+    void SetUp() override {
+        if (GetSystemDefaultLangID() != kFrench) {
+            GTEST_SKIP() << "needs French as the system language (CTest entry "
+                            "velmora_win32_tests_french)";
+        }
+        EndToEnd::SetUp();
+    }
+};
+
+// The document list's folder chooser, inside the main window's document list.
+HWND FolderChooser(HWND main) {
+    HWND docList = GetDlgItem(main, kDocListId);
+    return docList != nullptr ? FindWindowExW(docList, nullptr, L"ComboBox", nullptr) : nullptr;
+}
+
+std::wstring ComboItem(HWND combo, int index) {
+    LRESULT length = SendTo(combo, CB_GETLBTEXTLEN, static_cast<WPARAM>(index), 0);
+    if (length <= 0 || length > 255) return L"<none>";
+    wchar_t text[256] = {};
+    SendTo(combo, CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text));
+    return text;
+}
+
+int FileCount(HWND main) {
+    HWND docList = GetDlgItem(main, kDocListId);
+    HWND files =
+        docList != nullptr ? FindWindowExW(docList, nullptr, WC_LISTVIEWW, nullptr) : nullptr;
+    return files != nullptr ? static_cast<int>(SendTo(files, LVM_GETITEMCOUNT, 0, 0)) : -1;
+}
+
+TEST_F(EndToEnd, AsksForTheAssociationUntilItIsRegisteredThenNoMore) {
+    RemoveAssociation();
+    Started first = Start();
+    HWND box = WaitFor(first, [&] { return QuestionBoxOf(first.id); });
+    ASSERT_NE(box, nullptr) << "no question box on the first start";
+    EXPECT_EQ(MessageText(box), kQuestion);
+    EXPECT_EQ(MainWindowOf(first.id), nullptr) << "the question comes before the main window";
+    Photograph(box, L"e2e-association-question");
+    PostMessageW(box, WM_COMMAND, IDYES, 0);
+
+    HWND main = WaitForMainWindow(first);
+    ASSERT_NE(main, nullptr) << "no main window after answering Yes";
+    EXPECT_EQ(ClassesDefault(L".pgn").value_or(L"<missing>"), L"pgnfile");
+    const std::wstring icon = ClassesDefault(L"pgnfile\\DefaultIcon").value_or(L"<missing>");
+    EXPECT_TRUE(SameText(icon, IconValue())) << "icon value " << testing::PrintToString(icon);
+    const std::wstring command =
+        ClassesDefault(L"pgnfile\\Shell\\Open\\Command").value_or(L"<missing>");
+    EXPECT_TRUE(SameText(command, CommandValue()))
+        << "open command " << testing::PrintToString(command);
+
+    // The document list lists the one PGN file of the working folder, under "All Folders".
+    EXPECT_NE(WaitFor(first, [&] { return FileCount(main) == 1 ? main : nullptr; }), nullptr)
+        << "files listed: " << FileCount(main);
+    HWND chooser = FolderChooser(main);
+    ASSERT_NE(chooser, nullptr);
+    EXPECT_EQ(ComboItem(chooser, 0), L"All Folders");
+    Photograph(main, L"e2e-main-window");
+    Close(first, main);
+
+    Started second = Start();
+    bool asked = false;
+    main = WaitForMainWindow(second, &asked);
+    ASSERT_NE(main, nullptr) << "no main window on the second start";
+    for (DWORD waited = 0; waited < kNoQuestionMs && !asked; waited += kStepMs) {
+        asked = QuestionBoxOf(second.id) != nullptr;
+        Step();
+    }
+    EXPECT_FALSE(asked) << "the question came again although the association is registered";
+    Close(second, main);
+}
+
+TEST_F(EndToEnd, AnsweringNoWritesNothingAndTheQuestionComesAgain) {
+    RemoveAssociation();
+    for (int start = 1; start <= 2; ++start) {
+        SCOPED_TRACE(testing::Message() << "start " << start);
+        Started program = Start();
+        HWND box = WaitFor(program, [&] { return QuestionBoxOf(program.id); });
+        ASSERT_NE(box, nullptr) << "no question box";
+        EXPECT_EQ(MessageText(box), kQuestion);
+        PostMessageW(box, WM_COMMAND, IDNO, 0);
+        HWND main = WaitForMainWindow(program);
+        ASSERT_NE(main, nullptr) << "no main window after answering No";
+        EXPECT_FALSE(ClassesKeyExists(L".pgn"));
+        EXPECT_FALSE(ClassesKeyExists(L"pgnfile"));
+        Close(program, main);
+    }
+}
+
+TEST_F(EndToEnd, SecondCopyBringsTheRunningOneToTheFrontAndEnds) {
+    ASSERT_TRUE(WriteAssociation());
+    Started first = Start();
+    bool asked = false;
+    HWND main = WaitForMainWindow(first, &asked);
+    ASSERT_NE(main, nullptr) << "no main window";
+    ASSERT_FALSE(asked) << "the association written by the test was not recognised";
+
+    // Another window in front, so that the hand-over has something to undo.
+    struct TestWindow {
+        HWND handle = CreateWindowExW(0, L"Static", L"Velmora end-to-end test",
+                                      WS_OVERLAPPEDWINDOW | WS_VISIBLE, 500, 300, 300, 200, nullptr,
+                                      nullptr, GetModuleHandleW(nullptr), nullptr);
+        ~TestWindow() {
+            if (handle != nullptr) DestroyWindow(handle);
+        }
+    } other;
+    ASSERT_NE(other.handle, nullptr);
+    ASSERT_TRUE(HoldInFront(other.handle)) << "the test window does not stay in front";
+
+    Started second = Start();
+    size_t mostMainWindows = 0;
+    bool secondHasMainWindow = false;
+    bool secondAsked = false;
+    for (DWORD waited = 0;
+         waited < kExitWaitMs && WaitForSingleObject(second.handle, 0) == WAIT_TIMEOUT;
+         waited += kStepMs) {
+        mostMainWindows = std::max(mostMainWindows, TopLevelWindows(kMainClass, 0).size());
+        secondHasMainWindow |= !TopLevelWindows(kMainClass, second.id).empty();
+        if (HWND box = QuestionBoxOf(second.id); box != nullptr) {
+            secondAsked = true;
+            PostMessageW(box, WM_COMMAND, IDNO, 0);
+        }
+        Step();
+    }
+    EXPECT_EQ(ExitCode(second, 0), 0u) << "the second copy did not end with 0 by itself";
+    EXPECT_LE(mostMainWindows, 1u) << "two main windows at once";
+    EXPECT_FALSE(secondHasMainWindow) << "the second copy opened a main window";
+    EXPECT_FALSE(secondAsked) << "the second copy asked for the association";
+    ASSERT_TRUE(IsWindow(main)) << "the first copy's main window is gone";
+
+    auto inFront = [&] {
+        HWND front = GetForegroundWindow();
+        return front != nullptr && (front == main || front == GetLastActivePopup(main));
+    };
+    for (int i = 0; i < 10 && !inFront(); ++i)
+        Step();
+    EXPECT_TRUE(inFront()) << "foreground window: "
+                           << testing::PrintToString(WindowText(GetForegroundWindow()));
+    DestroyWindow(other.handle);
+    other.handle = nullptr;
+    Step();
+    Close(first, main);
+}
+
+TEST_F(EndToEndFrench, FileOnTheCommandLineOpensTheFrenchGameList) {
+    ASSERT_TRUE(WriteAssociation());
+    Started program = Start(pgnPath_);
+    HWND main = WaitForMainWindow(program);
+    ASSERT_NE(main, nullptr) << "no main window";
+    HWND list = WaitFor(program, [&] { return GameListOf(program.id); });
+    ASSERT_NE(list, nullptr) << "no game list for the file on the command line";
+
+    struct Box {
+        int id;
+        const wchar_t* text;
+    };
+    const Box kBoxes[] = {{1001, L"R\u00E9sultat"}, {1002, L"Date"},  {1003, L"Tournoi"},
+                          {1005, L"ECO"},           {1004, L"Ronde"}, {1056, L"D\u00E9but"}};
+    for (const Box& box : kBoxes) {
+        wchar_t text[64] = {};
+        GetDlgItemTextW(list, box.id, text, 64);
+        EXPECT_EQ(std::wstring(text), box.text) << "check box " << box.id;
+    }
+    Photograph(list, L"e2e-game-list-french");
+
+    PostMessageW(list, WM_COMMAND, IDOK, 0);  // the list's OK chooses nothing
+    ASSERT_NE(WaitFor(program, [&] { return GameListOf(program.id) == nullptr ? main : nullptr; }),
+              nullptr)
+        << "the game list did not close";
+    HWND chooser = FolderChooser(main);
+    ASSERT_NE(chooser, nullptr);
+    EXPECT_EQ(ComboItem(chooser, 0), L"Tous les dossiers");
+    Photograph(main, L"e2e-main-window-french");
+    Close(program, main);
+}
+
+}  // namespace
+}  // namespace velmora

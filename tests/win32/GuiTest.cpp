@@ -1,0 +1,457 @@
+// The program's windows and dialogs, run for real under Wine (Xvfb on Linux): driven with the
+// messages a tap or a command sends, read back, and photographed under build/screenshots/.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "game/Game.h"
+#include "game/GameIndex.h"
+#include "game/MoveTree.h"
+#include "game/PgnParser.h"
+#include "gamewindow/BoardView.h"
+#include "gamewindow/CommentPane.h"
+#include "shell/Application.h"
+#include "shell/DrawingResources.h"
+#include "shell/GameListDialog.h"
+#include "shell/MainWindow.h"
+#include "shell/Settings.h"
+#include "shell/pocketpc.h"
+#include "win32/Screenshot.h"
+
+namespace velmora {
+namespace {
+
+std::wstring DataPath(const wchar_t* name) {
+    std::string folder = VELMORA_TEST_DATA_DIR;
+    return std::wstring(folder.begin(), folder.end()) + L"/" + name;
+}
+
+// Runs action from inside the next modal loop (a thread timer fires there once).
+std::vector<std::function<void()>> pendingActions;
+void CALLBACK FireAction(HWND, UINT, UINT_PTR id, DWORD) {
+    // Waits until the modal loop has shown its dialog, as a person would see it.
+    HWND frame = pocketpc::DeviceFrame();
+    HWND popup = frame != nullptr ? GetLastActivePopup(frame) : nullptr;
+    if (popup == nullptr || popup == frame || !IsWindowVisible(popup)) return;
+    KillTimer(nullptr, id);
+    if (pendingActions.empty()) return;
+    std::function<void()> action = std::move(pendingActions.front());
+    pendingActions.erase(pendingActions.begin());
+    action();
+}
+void WhenModal(std::function<void()> action) {
+    pendingActions.push_back(std::move(action));
+    SetTimer(nullptr, 0, 50, FireAction);
+}
+
+void Pump() {
+    MSG message;
+    for (int i = 0; i < 20; ++i) {
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        Sleep(5);
+    }
+}
+
+// Shows the window (a modal dialog becomes visible only once its loop is idle) and paints it.
+void Repaint(HWND window) {
+    if (!IsWindowVisible(window)) ShowWindow(window, SW_SHOW);
+    RedrawWindow(window, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    Pump();
+}
+
+std::wstring ListViewText(HWND list, int row, int column) {
+    wchar_t text[256] = {};
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = text;
+    item.cchTextMax = 256;
+    SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    return text;
+}
+
+std::vector<std::wstring> ListViewColumn(HWND list, int column) {
+    std::vector<std::wstring> texts;
+    int count = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row)
+        texts.push_back(ListViewText(list, row, column));
+    return texts;
+}
+
+std::vector<std::wstring> ListBoxRows(HWND list) {
+    std::vector<std::wstring> rows;
+    int count = static_cast<int>(SendMessageW(list, LB_GETCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row) {
+        wchar_t text[256] = {};
+        SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text));
+        rows.push_back(text);
+    }
+    return rows;
+}
+
+std::wstring WindowText(HWND window) {
+    wchar_t text[1024] = {};
+    GetWindowTextW(window, text, 1024);
+    return text;
+}
+
+void TapHeader(HWND dialog, HWND list, int column) {
+    NMLISTVIEW notify{};
+    notify.hdr.hwndFrom = list;
+    notify.hdr.idFrom = 1000;
+    notify.hdr.code = LVN_COLUMNCLICK;
+    notify.iItem = -1;
+    notify.iSubItem = column;
+    SendMessageW(dialog, WM_NOTIFY, 1000, reinterpret_cast<LPARAM>(&notify));
+}
+
+void TapRow(HWND dialog, HWND list, int row) {
+    NMITEMACTIVATE notify{};
+    notify.hdr.hwndFrom = list;
+    notify.hdr.idFrom = 1000;
+    notify.hdr.code = LVN_ITEMACTIVATE;
+    notify.iItem = row;
+    SendMessageW(dialog, WM_NOTIFY, 1000, reinterpret_cast<LPARAM>(&notify));
+}
+
+LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_SIZE || message == WM_MOVE) pocketpc::FollowFrame();
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+class GuiTest : public testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        Application& app = App();
+        app.programInstance = GetModuleHandleW(nullptr);
+        app.resourceInstance = app.programInstance;
+        settings = new Settings;
+        app.settings = settings;
+        drawing = new DrawingResources(*settings);
+        app.drawing = drawing;
+        RegisterCommentClass(app.programInstance);
+        WNDCLASSW frameClass{};
+        frameClass.lpfnWndProc = FrameProc;
+        frameClass.hInstance = app.programInstance;
+        frameClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+        frameClass.lpszClassName = L"VelmoraTestFrame";
+        RegisterClassW(&frameClass);
+        MainWindow::RegisterWindowClass(app.programInstance);
+    }
+    static void TearDownTestSuite() {
+        App().drawing = nullptr;
+        delete drawing;
+        App().settings = nullptr;
+        delete settings;
+    }
+
+    void SetUp() override {
+        // A frame the size of a handheld's screen, as the main window would be.
+        DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_VISIBLE;
+        RECT rect{0, 0, 240, 320};
+        AdjustWindowRectEx(&rect, style, FALSE, 0);
+        frame = CreateWindowExW(0, L"VelmoraTestFrame", L"Velmora test", style, 0, 0,
+                                rect.right - rect.left, rect.bottom - rect.top, nullptr, nullptr,
+                                App().programInstance, nullptr);
+        if (frame == nullptr) GTEST_SKIP() << "no display: windows cannot be created";
+        pocketpc::SetDeviceFrame(frame);
+        App().mainWindowHandle = frame;
+    }
+    void TearDown() override {
+        if (frame != nullptr) DestroyWindow(frame);
+        pocketpc::SetDeviceFrame(nullptr);
+        Pump();
+    }
+
+    static inline Settings* settings = nullptr;
+    static inline DrawingResources* drawing = nullptr;
+    HWND frame = nullptr;
+};
+
+TEST_F(GuiTest, MainWindowListsThePgnFilesOfAllFoldersAndOfOneFolder) {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    std::wstring root = std::wstring(temp) + L"velmora-gui-files\\";
+    CreateDirectoryW(root.c_str(), nullptr);
+    CreateDirectoryW((root + L"club").c_str(), nullptr);
+    CopyFileW(DataPath(L"three-games.pgn").c_str(), (root + L"three-games.pgn").c_str(), FALSE);
+    CopyFileW(DataPath(L"game-list-sorting.pgn").c_str(), (root + L"club\\sorting.pgn").c_str(),
+              FALSE);
+    CopyFileW(DataPath(L"three-games.pgn").c_str(), (root + L"notes.txt").c_str(), FALSE);
+    wchar_t previous[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, previous);
+    SetCurrentDirectoryW(root.c_str());
+
+    MainWindow main;
+    HWND window = main.Create(App().programInstance);
+    ASSERT_NE(window, nullptr);
+    App().mainWindowHandle = window;
+    UpdateWindow(window);
+    Pump();
+    RECT client{};
+    GetClientRect(window, &client);
+    EXPECT_EQ(client.right, 240);
+    EXPECT_EQ(client.bottom, 320);
+    ASSERT_NE(main.DocList(), nullptr);
+    HWND list = FindWindowExW(main.DocList(), nullptr, WC_LISTVIEWW, nullptr);
+    HWND folders = FindWindowExW(main.DocList(), nullptr, WC_COMBOBOXW, nullptr);
+    ASSERT_NE(list, nullptr);
+    ASSERT_NE(folders, nullptr);
+    // All folders: the files of the root and of its subfolders, and nothing but "*.pgn".
+    EXPECT_EQ(ListViewColumn(list, 0),
+              (std::vector<std::wstring>{L"three-games.pgn", L"club\\sorting.pgn"}));
+    wchar_t first[64] = {};
+    SendMessageW(folders, CB_GETLBTEXT, 0, reinterpret_cast<LPARAM>(first));
+    EXPECT_STREQ(first, L"All Folders");
+    Repaint(window);
+    EXPECT_TRUE(test::SaveWindowShot(window, L"main-window"));
+
+    // Choosing the "club" folder lists its files only and tells the main window the folder.
+    int club = static_cast<int>(SendMessageW(folders, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                             reinterpret_cast<LPARAM>(L"velmora-gui-files\\club")));
+    ASSERT_GT(club, 0);
+    SendMessageW(folders, CB_SETCURSEL, static_cast<WPARAM>(club), 0);
+    SendMessageW(main.DocList(), WM_COMMAND, MAKEWPARAM(1, CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(folders));
+    EXPECT_EQ(ListViewColumn(list, 0), (std::vector<std::wstring>{L"sorting.pgn"}));
+    EXPECT_EQ(main.CurrentFolder(), root + L"club\\");
+
+    // The frame's rotate command turns the screen; the list follows.
+    SendMessageW(window, WM_SYSCOMMAND, 0x7F00, 0);
+    GetClientRect(window, &client);
+    EXPECT_EQ(client.right, 320);
+    EXPECT_EQ(client.bottom, 240);
+    RECT listRect{};
+    GetWindowRect(main.DocList(), &listRect);
+    EXPECT_EQ(listRect.right - listRect.left, 320);
+    Repaint(window);
+    EXPECT_TRUE(test::SaveWindowShot(window, L"main-window-landscape"));
+
+    DestroyWindow(window);
+    Pump();
+    SetCurrentDirectoryW(previous);
+}
+
+TEST_F(GuiTest, GameListSortsByTwoColumnsAndATapChoosesTheGame) {
+    std::u16string path = Utf16(DataPath(L"game-list-sorting.pgn"));
+    GameIndex index(path.c_str());
+    GameListDialog dialog(index);
+    std::vector<std::wstring> byRound, byRoundDown, byResult, whiteByResult;
+    bool roundShown = false;
+    WhenModal([&] {
+        HWND list = dialog.List();
+        HWND window = dialog.Window();
+        TapHeader(window, list, 5);
+        byRound = ListViewColumn(list, 0);
+        TapHeader(window, list, 5);
+        byRoundDown = ListViewColumn(list, 0);
+        SendDlgItemMessageW(window, 1004, BM_CLICK, 0, 0);
+        roundShown = ListView_GetColumnWidth(list, 5) > 0;
+        TapHeader(window, list, 2);
+        byResult = ListViewColumn(list, 2);
+        whiteByResult = ListViewColumn(list, 0);
+        Repaint(window);
+        test::SaveWindowShot(window, L"game-list-sorted");
+        TapRow(window, list, 1);
+    });
+    std::uint32_t offset = 0;
+    int count = 0;
+    EXPECT_EQ(dialog.Run(frame, &offset, &count), 1);
+    // Rounds are numbers: "?" counts as 0, and 10 comes after 2.
+    EXPECT_EQ(byRound, (std::vector<std::wstring>{L"Dubois, Eve", L"Bernard, Anne", L"Adam, Paul",
+                                                  L"Carre, Louis"}));
+    EXPECT_EQ(byRoundDown, (std::vector<std::wstring>{L"Carre, Louis", L"Adam, Paul",
+                                                      L"Bernard, Anne", L"Dubois, Eve"}));
+    EXPECT_TRUE(roundShown);
+    // Intended: ascending by result runs from "*" down to "1-0", the reverse of the codes.
+    EXPECT_EQ(byResult, (std::vector<std::wstring>{L"*", L"0-1", L"\u00BD-\u00BD", L"1-0"}));
+    // The second row after that sort is Bernard's 0-1 game; its offset comes back.
+    ASSERT_EQ(whiteByResult.size(), 4u);
+    EXPECT_EQ(whiteByResult[1], L"Bernard, Anne");
+    ASSERT_NE(dialog.Chosen(), nullptr);
+    EXPECT_EQ(offset, dialog.Chosen()->offset);
+    EXPECT_STREQ(Wide(dialog.Chosen()->white.Get()), L"Bernard, Anne");
+    EXPECT_EQ(count, 4);
+}
+
+TEST_F(GuiTest, GameListOfAnEmptyFileCanOnlyBeCancelled) {
+    GameIndex empty(u"Z:/nonexistent-velmora-folder/none.pgn");
+    GameListDialog dialog(empty);
+    int rows = -1;
+    WhenModal([&] {
+        rows = ListView_GetItemCount(dialog.List());
+        TapRow(dialog.Window(), dialog.List(), 0);  // no row: nothing happens
+        SendMessageW(dialog.Window(), WM_COMMAND, IDOK, 0);
+    });
+    std::uint32_t offset = 77;
+    int count = 77;
+    EXPECT_EQ(dialog.Run(frame, &offset, &count), 2);
+    EXPECT_EQ(rows, 0);
+    EXPECT_EQ(offset, 77u);
+}
+
+class GameWindowTest : public GuiTest {
+  protected:
+    void LoadAnnotatedGame() {
+        std::u16string path = Utf16(DataPath(L"variations-and-comments.pgn"));
+        index = std::make_unique<GameIndex>(path.c_str());
+        ASSERT_EQ(index->Load(), 1);
+        game = std::make_unique<Game>(index.get());
+        ASSERT_EQ(LoadGame(*game, nullptr, index->First()->offset, index->Count()), kPgnOk);
+    }
+    std::unique_ptr<GameIndex> index;
+    std::unique_ptr<Game> game;
+};
+
+TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrientations) {
+    LoadAnnotatedGame();
+    BoardView view(*game);
+    std::vector<std::wstring> rows;
+    std::wstring startComment, variationComment;
+    MoveNode* afterChoice = nullptr;
+    bool flipped = false;
+    RECT portraitBoard{}, landscapeList{};
+    bool landscapeLaidOut = false;
+    COLORREF a1Pixel = 0;
+    WhenModal([&] {
+        HWND window = view.Window();
+        rows = ListBoxRows(view.Notation().Window());
+        startComment = WindowText(view.CommentPane());
+        // Forward from the start meets the variation: "Choose move" offers both first moves.
+        WhenModal([&] {
+            HWND chooser = GetLastActivePopup(frame);
+            HWND moves = GetDlgItem(chooser, 1010);
+            SendMessageW(moves, LB_SETCURSEL, 1, 0);
+            SendMessageW(chooser, WM_COMMAND, IDOK, 0);
+        });
+        SendMessageW(window, WM_COMMAND, 32773, 0);
+        afterChoice = game->Current()->ArrivalNode();
+        variationComment = WindowText(view.CommentPane());
+        Repaint(window);
+        const BoardPlacement& placement = view.Board().Placement();
+        POINT a1{placement.left + 1, placement.top + 7 * placement.squareSize + 1};
+        ClientToScreen(window, &a1);
+        HDC screen = GetDC(nullptr);
+        a1Pixel = GetPixel(screen, a1.x, a1.y);
+        ReleaseDC(nullptr, screen);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"game-window-portrait"));
+        SendMessageW(window, WM_COMMAND, 1062, 0);
+        flipped = view.Board().Flipped();
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"game-window-portrait-flipped"));
+        portraitBoard = RECT{view.Layout().boardLeft, view.Layout().boardTop, 0, 0};
+
+        pocketpc::SetOrientation(false);
+        landscapeLaidOut = !view.Layout().portrait;
+        GetWindowRect(view.Notation().Window(), &landscapeList);
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&landscapeList), 2);
+        // Selecting a row moves the game there.
+        HWND notation = view.Notation().Window();
+        SendMessageW(notation, LB_SETCURSEL, 10, 0);
+        SendMessageW(window, WM_COMMAND, MAKEWPARAM(2000, LBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(notation));
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"game-window-landscape"));
+        pocketpc::SetOrientation(true);
+        SendMessageW(window, WM_COMMAND, 40111, 0);  // "Open Next"
+    });
+    EXPECT_EQ(view.Run(frame, 0), 1);
+    EXPECT_EQ(rows, (std::vector<std::wstring>{
+                        L"   ", L"1. e4 [...]", L"  (1. d4 [...]", L"  1... d5", L"  2. c4",
+                        L"    (2. Nf3", L"    2... Nf6))", L"1... e5", L"2. Nf3", L"2... Nc6",
+                        L"3. Bb5! [...]", L"3... a6", L"4. Ba4", L"4... Nf6", L"5. O-O"}));
+    EXPECT_EQ(startComment, L"A short game with two ideas for White on the first move.");
+    ASSERT_NE(afterChoice, nullptr);
+    EXPECT_TRUE(afterChoice->IsVariation());
+    EXPECT_EQ(variationComment, L"The queen's pawn.");
+    EXPECT_EQ(a1Pixel, settings->blackColor);  // a1 is a dark square, bottom left
+    EXPECT_TRUE(flipped);
+    EXPECT_EQ(portraitBoard.left, 3);
+    EXPECT_TRUE(landscapeLaidOut);
+    EXPECT_GT(landscapeList.left, view.Layout().boardLeft + 8 * 19);
+    // The game stands where the tenth row put it: after 3. Bb5.
+    ASSERT_NE(game->Current()->ArrivalNode(), nullptr);
+    EXPECT_EQ(game->Current()->ArrivalNode()->moveNumber, 3);
+    // "Open Next" ends the window and hands its command to the parent.
+    EXPECT_EQ(view.ExitCommand(), 40111);
+    MSG message;
+    ASSERT_TRUE(PeekMessageW(&message, frame, WM_COMMAND, WM_COMMAND, PM_REMOVE));
+    EXPECT_EQ(LOWORD(message.wParam), 40111);
+}
+
+TEST_F(GameWindowTest, NavigationCommandsWalkTheMainLineAndLeaveAVariation) {
+    LoadAnnotatedGame();
+    BoardView view(*game);
+    struct Step {
+        int command;
+        const wchar_t* row;  // the notation row selected afterwards
+    };
+    const Step steps[] = {
+        {1063, L"5. O-O"},     // last move
+        {32772, L"4... Nf6"},  // back
+        {40081, L"   "},       // first move: the start position's row
+        {40082, L"5. O-O"},    // last move from the menu
+    };
+    std::vector<std::wstring> selected;
+    std::wstring afterLeaving;
+    WhenModal([&] {
+        HWND window = view.Window();
+        HWND notation = view.Notation().Window();
+        for (const Step& step : steps) {
+            SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(step.command), 0);
+            wchar_t text[64] = {};
+            SendMessageW(notation, LB_GETTEXT, SendMessageW(notation, LB_GETCURSEL, 0, 0),
+                         reinterpret_cast<LPARAM>(text));
+            selected.push_back(text);
+        }
+        // From inside the variation 2. Nf3, "leave variation" goes back to the move the
+        // variation stands beside.
+        SendMessageW(notation, LB_SETCURSEL, 6, 0);
+        SendMessageW(window, WM_COMMAND, MAKEWPARAM(2000, LBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(notation));
+        SendMessageW(window, WM_COMMAND, 40040, 0);
+        wchar_t text[64] = {};
+        SendMessageW(notation, LB_GETTEXT, SendMessageW(notation, LB_GETCURSEL, 0, 0),
+                     reinterpret_cast<LPARAM>(text));
+        afterLeaving = text;
+        SendMessageW(window, WM_COMMAND, 40072, 0);  // "Close"
+    });
+    EXPECT_EQ(view.Run(frame, 0), 1);
+    ASSERT_EQ(selected.size(), 4u);
+    for (size_t i = 0; i < selected.size(); ++i)
+        EXPECT_EQ(selected[i], steps[i].row) << i;
+    EXPECT_EQ(afterLeaving, L"  2. c4");
+    EXPECT_EQ(view.ExitCommand(), 0);
+}
+
+TEST_F(GameWindowTest, InitialMoveOpensAtBlacksMoveOrAtTheStartWhenBeyondTheGame) {
+    struct Case {
+        int initialMove;
+        int expectedNumber;  // 0: the start position
+    };
+    for (const Case& c : {Case{-2, 2}, Case{4, 4}, Case{40, 0}}) {
+        LoadAnnotatedGame();
+        BoardView view(*game);
+        WhenModal([&] { SendMessageW(view.Window(), WM_COMMAND, 40072, 0); });
+        view.Run(frame, c.initialMove);
+        MoveNode* arrival = game->Current()->ArrivalNode();
+        if (c.expectedNumber == 0) {
+            EXPECT_EQ(arrival, nullptr) << c.initialMove;
+        } else {
+            ASSERT_NE(arrival, nullptr) << c.initialMove;
+            EXPECT_EQ(arrival->moveNumber, c.expectedNumber);
+            EXPECT_EQ(arrival->positionBefore->sideToMove, c.initialMove > 0 ? kWhite : kBlack);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmora

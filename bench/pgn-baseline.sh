@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Times velmora-pgn list and check on the largest collection of ../shared/data (or FILE) and
-# prints MB/s and games/s. Build first: bash scripts/run.sh (it builds build/release).
+# prints MB/s and games/s. Build first: bash scripts/run.sh play (it builds build/release).
 # Usage: bash bench/pgn-baseline.sh [FILE.pgn]
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 tool=$root/build/release/cli/velmora-pgn
 file=${1:-$(ls -S "$root"/../shared/data/*.pgn | head -n 1)}
-[ -x "$tool" ] || { echo "build the tool first: bash scripts/run.sh" >&2; exit 1; }
+[ -x "$tool" ] || { echo "build the tool first: bash scripts/run.sh play" >&2; exit 1; }
 
 bytes=$(stat -c %s "$file")
 games=$("$tool" list "$file" 2>/dev/null | wc -l)

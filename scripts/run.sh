@@ -15,8 +15,11 @@ if [ $# -gt 0 ]; then
 fi
 
 velmora_install_packages cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64
-velmora_build build/windows -DCMAKE_BUILD_TYPE=Release \
-    -DCMAKE_TOOLCHAIN_FILE="$velmora_root/cmake/mingw-w64-x86_64.cmake"
+generator=()
+[ -f build/windows/CMakeCache.txt ] || generator=(-G Ninja)
+cmake -S . -B build/windows "${generator[@]}" -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_TOOLCHAIN_FILE="$velmora_root/cmake/mingw-w64-x86_64.cmake" >/dev/null
+cmake --build build/windows -j2 --target Velmora20
 
 # The examples are copied from the shared collections, never committed: a few files in the
 # top folder and one in a subfolder, so the folder chooser has something to choose.

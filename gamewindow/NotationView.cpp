@@ -3,6 +3,7 @@
 
 #include "game/MoveTree.h"
 #include "gamewindow/NotationRows.h"
+#include "platform/win32/WideText.h"
 #include "shell/Application.h"
 #include "shell/DialogBase.h"
 #include "shell/DrawingResources.h"
@@ -102,7 +103,7 @@ int NotationView::RowCount() const {
 
 std::wstring NotationView::FormatRow(MoveNode* node, int rowBelow) const {
     MoveNode* below = rowBelow < RowCount() ? NodeAt(rowBelow) : nullptr;
-    return Wide(RowText(node, IndicateComment(), ClosingParens(node, below)));
+    return platform::win32::ToWin32(RowText(node, IndicateComment(), ClosingParens(node, below)));
 }
 
 void NotationView::ReplaceRow(int row, const std::wstring& text, MoveNode* node) {
@@ -130,7 +131,7 @@ void NotationView::Rebuild(MoveNode* node) {
     SendMessageW(listBox_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(listBox_, LB_RESETCONTENT, 0, 0);
     for (const NotationRow& row : BuildRows(*game_, IndicateComment())) {
-        std::wstring text = Wide(row.text);
+        std::wstring text = platform::win32::ToWin32(row.text);
         LRESULT index =
             SendMessageW(listBox_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
         SendMessageW(listBox_, LB_SETITEMDATA, static_cast<WPARAM>(index),

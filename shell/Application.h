@@ -25,21 +25,13 @@ struct Application {
 
 Application& App();
 
-// Loads string id from the resource module; fallback when it is missing.
-std::wstring LoadText(int id, const wchar_t* fallback = L"???");
-
-// Converts between the program's UTF-16 text and the Win32 wide strings.
+// Views the program's UTF-16 text as Win32 wide text and back, without copying (strings are
+// converted by platform/win32/WideText.h).
 inline const wchar_t* Wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
 }
 inline const char16_t* Utf16(const wchar_t* text) {
     return reinterpret_cast<const char16_t*>(text);
-}
-inline std::wstring Wide(const std::u16string& text) {
-    return std::wstring(text.begin(), text.end());
-}
-inline std::u16string Utf16(const std::wstring& text) {
-    return std::u16string(text.begin(), text.end());
 }
 
 }  // namespace velmora

@@ -3,6 +3,7 @@
 
 #include <cstdarg>
 
+#include "platform/DebugOutput.h"
 #include "platform/SystemError.h"
 #include "shell/Application.h"
 #include "shell/pocketpc.h"
@@ -253,7 +254,7 @@ void DebugTrace(const wchar_t* format, ...) {
     va_start(arguments, format);
     wvsprintfW(text, format, arguments);
     va_end(arguments);
-    OutputDebugStringW(text);
+    platform::DebugTrace(Utf16(text));
 }
 
 }  // namespace velmora

@@ -57,7 +57,7 @@ int SystemErrorBox(DWORD code, const wchar_t* caption, HWND owner = nullptr);
 int SystemErrorBoxFromString(DWORD code, int captionId, HWND owner = nullptr);
 int SystemErrorBoxUnowned(DWORD code, const wchar_t* caption);
 
-// Writes text (a wsprintfW format with up to three arguments) to the debug output.
+// Formats text (wsprintfW, up to three arguments) and writes it to the debug output.
 void DebugTrace(const wchar_t* format, ...);
 
 }  // namespace velmora

@@ -5,6 +5,7 @@
 
 #include "game/GameIndex.h"
 #include "game/GameListOrder.h"
+#include "platform/win32/WideText.h"
 #include "shell/Application.h"
 #include "shell/pocketpc.h"
 
@@ -80,7 +81,7 @@ void GameListDialog::Fill() {
     index_.Load();
     ShowWaitCursor(false);
     for (GameSummary* summary = index_.First(); summary != nullptr; summary = summary->next.get()) {
-        std::wstring white = Wide(CellText(*summary, 0));
+        std::wstring white = platform::win32::ToWin32(CellText(*summary, 0));
         LVITEMW item{};
         item.mask = LVIF_TEXT | LVIF_PARAM;
         item.iItem = 99999;
@@ -90,7 +91,7 @@ void GameListDialog::Fill() {
             SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
         for (int column = 1; column < kColumns; ++column) {
             if (column == 3 && summary->eco.IsNull()) continue;
-            std::wstring text = Wide(CellText(*summary, column));
+            std::wstring text = platform::win32::ToWin32(CellText(*summary, column));
             LVITEMW sub{};
             sub.iSubItem = column;
             sub.pszText = text.data();

@@ -50,7 +50,7 @@ class MessageBoxes : public UserMessages {
                 break;
         }
         HWND window = owner != nullptr ? static_cast<HWND>(owner) : App().mainWindowHandle;
-        return MessageBoxW(window, Wide(text).c_str(), Wide(caption).c_str(), style);
+        return MessageBoxW(window, Wide(text.c_str()), Wide(caption.c_str()), style);
     }
 };
 

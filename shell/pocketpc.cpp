@@ -223,24 +223,21 @@ std::wstring SizeText(const std::wstring& path) {
     return text;
 }
 
-// The name shown for a folder in the chooser: its path below the root, or the full path.
+// The name shown for a folder in the chooser: the root's own name, followed by the path below
+// it for its subfolders; the full path for a folder outside the root.
 std::wstring FolderLabel(const DocList& doc, const std::wstring& folder) {
-    if (folder.size() >= doc.root.size() &&
-        CompareStringW(LOCALE_INVARIANT, NORM_IGNORECASE, folder.c_str(),
-                       static_cast<int>(doc.root.size()), doc.root.c_str(),
-                       static_cast<int>(doc.root.size())) == CSTR_EQUAL) {
-        std::wstring below = folder.substr(doc.root.size());
-        if (below.empty()) {
-            std::wstring trimmed = doc.root.substr(0, doc.root.size() - 1);
-            size_t slash = trimmed.find_last_of(L"\\/");
-            return slash == std::wstring::npos ? trimmed : trimmed.substr(slash + 1);
-        }
-        std::wstring trimmed = doc.root.substr(0, doc.root.size() - 1);
-        size_t slash = trimmed.find_last_of(L"\\/");
-        std::wstring rootName = slash == std::wstring::npos ? trimmed : trimmed.substr(slash + 1);
-        return rootName + L"\\" + below.substr(0, below.size() - 1);
-    }
-    return folder;
+    size_t rootLength = doc.root.size();
+    bool inRoot = folder.size() >= rootLength &&
+                  CompareStringW(LOCALE_INVARIANT, NORM_IGNORECASE, folder.c_str(),
+                                 static_cast<int>(rootLength), doc.root.c_str(),
+                                 static_cast<int>(rootLength)) == CSTR_EQUAL;
+    if (!inRoot) return folder;
+    std::wstring trimmed = doc.root.substr(0, rootLength - 1);
+    size_t slash = trimmed.find_last_of(L"\\/");
+    std::wstring label = slash == std::wstring::npos ? trimmed : trimmed.substr(slash + 1);
+    std::wstring below = folder.substr(rootLength);
+    if (!below.empty()) label += L"\\" + below.substr(0, below.size() - 1);
+    return label;
 }
 
 void FillFolders(HWND window, DocList& doc) {

@@ -1,5 +1,4 @@
-// The game window layout: invariants over every layout, orientation and clock mode, and the
-// exact rectangles of the default client areas.
+// The game window layout: invariants over every layout, orientation and clock mode.
 #include "gamewindow/BoardLayout.h"
 
 #include <gtest/gtest.h>
@@ -142,76 +141,6 @@ BoardLayout Layout(int width, int height, std::uint32_t code, bool clock = false
     in.clockShown = clock;
     in.largeClocks = largeClocks;
     return ComputeBoardLayout(in);
-}
-
-TEST(BoardLayout, DefaultPortraitRectangles) {
-    // Standard board at (3, 3), its frame (2, 2)-(156, 156); the list to its right under the
-    // indicator; the comment below across the width.
-    BoardLayout layout = Layout(240, 320, 0);
-    EXPECT_EQ(layout.boardLeft, 3);
-    EXPECT_EQ(layout.notation, (Rect{158, 18, 238, 156}));
-    EXPECT_EQ(layout.comment, (Rect{2, 158, 238, 292}));
-    EXPECT_EQ(layout.indicator, (Point{158, 2}));
-    EXPECT_TRUE(layout.clock.IsEmpty());
-
-    layout = Layout(240, 320, 0, true);
-    EXPECT_EQ(layout.clock, (Rect{2, 158, 238, 190}));
-    EXPECT_EQ(layout.comment, (Rect{2, 192, 238, 292}));
-
-    layout = Layout(240, 320, 0, true, true);
-    EXPECT_EQ(layout.clock, (Rect{158, 18, 238, 156}));
-    EXPECT_TRUE(layout.notation.IsEmpty());
-    EXPECT_EQ(layout.comment, (Rect{2, 158, 238, 292}));
-
-    // The list runs down the right side; the comment stays under the board.
-    layout = Layout(240, 320, 4, true);
-    EXPECT_EQ(layout.notation, (Rect{158, 18, 238, 292}));
-    EXPECT_EQ(layout.clock, (Rect{2, 158, 156, 190}));
-    EXPECT_EQ(layout.comment, (Rect{2, 192, 156, 292}));
-
-    // Centred at (240 - 152) / 2, the indicator beside the frame's lower right corner.
-    layout = Layout(240, 320, 2);
-    EXPECT_EQ(layout.boardLeft, 44);
-    EXPECT_EQ(layout.indicator, (Point{199, 142}));
-    EXPECT_EQ(layout.comment, (Rect{2, 158, 238, 292}));
-
-    // Large squares centred at (240 - 200) / 2; list and comment side by side under the clock.
-    layout = Layout(240, 320, 1, true);
-    EXPECT_EQ(layout.squareSize, 25);
-    EXPECT_EQ(layout.boardLeft, 20);
-    EXPECT_EQ(layout.indicator, (Point{223, 190}));
-    EXPECT_EQ(layout.clock, (Rect{2, 206, 238, 238}));
-    EXPECT_EQ(layout.notation, (Rect{2, 240, 119, 292}));
-    EXPECT_EQ(layout.comment, (Rect{121, 240, 238, 292}));
-
-    // A menu bar outside the client area: the same layout from the smaller client.
-    BoardLayoutInput in;
-    in.clientWidth = 240;
-    in.clientHeight = 294;
-    in.layoutCode = 1;
-    in.clockShown = true;
-    EXPECT_EQ(ComputeBoardLayout(in).notation, layout.notation);
-}
-
-TEST(BoardLayout, DefaultLandscapeRectangles) {
-    // Standard board at (3, 3), the indicator under it, the panes in the column to its right.
-    BoardLayout layout = Layout(320, 240, 0);
-    EXPECT_FALSE(layout.portrait);
-    EXPECT_EQ(layout.indicator, (Point{2, 158}));
-    EXPECT_EQ(layout.notation, (Rect{158, 2, 318, 85}));
-    EXPECT_EQ(layout.comment, (Rect{158, 87, 318, 212}));
-
-    layout = Layout(320, 240, 4, true);
-    EXPECT_EQ(layout.clock, (Rect{158, 2, 318, 34}));
-    EXPECT_EQ(layout.notation, (Rect{158, 36, 318, 140}));
-    EXPECT_EQ(layout.comment, (Rect{158, 142, 318, 212}));
-
-    // Large squares only in portrait; without a list the large clocks take the upper half.
-    layout = Layout(320, 240, 3, true, true);
-    EXPECT_EQ(layout.squareSize, 19);
-    EXPECT_EQ(layout.boardLeft, 3);
-    EXPECT_EQ(layout.clock, (Rect{158, 2, 318, 106}));
-    EXPECT_EQ(layout.comment, (Rect{158, 108, 318, 212}));
 }
 
 TEST(BoardLayout, UnknownLayoutCodesLayOutAsTheDefault) {

@@ -159,22 +159,6 @@ TYPED_TEST(StoreAgreement, DeleteTreeRemovesEverythingBelow) {
     EXPECT_TRUE(this->store_.KeyExists(StoreRoot::CurrentUser, u"Software"));
 }
 
-TEST(RegistrySettingsStore, CreatedKeysHaveTheClassString) {
-    RegistrySettingsStore store;
-    ASSERT_TRUE(store.CreateKey(StoreRoot::CurrentUser, kBase + u"\\Classy"));
-    HKEY key = nullptr;
-    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\VelmoraTest\\Classy", 0, KEY_READ, &key),
-              ERROR_SUCCESS);
-    wchar_t keyClass[32] = {};
-    DWORD length = 32;
-    EXPECT_EQ(RegQueryInfoKeyW(key, keyClass, &length, nullptr, nullptr, nullptr, nullptr, nullptr,
-                               nullptr, nullptr, nullptr, nullptr),
-              ERROR_SUCCESS);
-    RegCloseKey(key);
-    EXPECT_EQ(std::wstring(keyClass), L"String");
-    EXPECT_TRUE(store.DeleteKey(StoreRoot::CurrentUser, kBase));
-}
-
 }  // namespace
 }  // namespace velmora::platform
 

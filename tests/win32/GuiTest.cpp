@@ -15,6 +15,7 @@
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
 #include "gamewindow/CommentPane.h"
+#include "platform/win32/WideText.h"
 #include "shell/Application.h"
 #include "shell/DrawingResources.h"
 #include "shell/GameListDialog.h"
@@ -241,7 +242,7 @@ TEST_F(GuiTest, MainWindowListsThePgnFilesOfAllFoldersAndOfOneFolder) {
 }
 
 TEST_F(GuiTest, GameListSortsByTwoColumnsAndATapChoosesTheGame) {
-    std::u16string path = Utf16(DataPath(L"game-list-sorting.pgn"));
+    std::u16string path = platform::win32::FromWin32(DataPath(L"game-list-sorting.pgn"));
     GameIndex index(path.c_str());
     GameListDialog dialog(index);
     std::vector<std::wstring> byRound, byRoundDown, byResult, whiteByResult;
@@ -301,7 +302,7 @@ TEST_F(GuiTest, GameListOfAnEmptyFileCanOnlyBeCancelled) {
 class GameWindowTest : public GuiTest {
   protected:
     void LoadAnnotatedGame() {
-        std::u16string path = Utf16(DataPath(L"variations-and-comments.pgn"));
+        std::u16string path = platform::win32::FromWin32(DataPath(L"variations-and-comments.pgn"));
         index = std::make_unique<GameIndex>(path.c_str());
         ASSERT_EQ(index->Load(), 1);
         game = std::make_unique<Game>(index.get());

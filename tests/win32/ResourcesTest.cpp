@@ -375,63 +375,6 @@ TEST_F(Resources, DialogTemplatesHaveTheSameControlsInBothLanguages) {
     EXPECT_EQ(ReadDialog(FrenchModule(), IDD_GAME_WINDOW).title, u"Velmora20");
 }
 
-TEST_F(Resources, GameListAndGameWindowFillTheFrameWithoutCaptionOrOkButton) {
-    const DWORD frameStyle = WS_POPUP | DS_SETFONT | WS_CLIPCHILDREN;
-    const DialogTemplate list = ReadDialog(EnglishModule(), IDD_GAME_LIST);
-    EXPECT_EQ(list.style, frameStyle);
-    EXPECT_EQ(list.cx, 132);
-    EXPECT_EQ(list.cy, 74);
-    EXPECT_EQ(ReadDialog(EnglishModule(), IDD_GAME_WINDOW).style, frameStyle);
-
-    std::map<int, DialogItem> items;
-    for (const DialogItem& item : list.items)
-        items[item.id] = item;
-    const DialogItem& view = items[IDC_GAME_LIST];
-    // Window classes are matched without regard to case; windres stores the name in capitals.
-    EXPECT_EQ(lstrcmpiW(reinterpret_cast<const wchar_t*>(view.className.c_str()), L"SysListView32"),
-              0);
-    const DWORD viewStyle = LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_BORDER | WS_TABSTOP;
-    EXPECT_EQ(view.style & viewStyle, viewStyle);
-    // Two rows of check boxes above the list: Result, Date, Event; then ECO, Round, Start.
-    const int rows[2][3] = {{IDC_SHOW_RESULT, IDC_SHOW_DATE, IDC_SHOW_EVENT},
-                            {IDC_SHOW_ECO, IDC_SHOW_ROUND, IDC_SHOW_START}};
-    for (int row = 0; row < 2; ++row) {
-        for (int column = 0; column < 3; ++column) {
-            const DialogItem& box = items[rows[row][column]];
-            SCOPED_TRACE(testing::Message() << "check box " << box.id);
-            EXPECT_EQ(box.className, u"Button");
-            EXPECT_EQ(box.style & BS_TYPEMASK, static_cast<DWORD>(BS_AUTOCHECKBOX));
-            EXPECT_EQ(box.y, items[rows[row][0]].y);
-            EXPECT_LT(box.y + box.cy, view.y);
-            if (row == 1) {
-                EXPECT_GT(box.y, items[rows[0][column]].y);
-            }
-            if (column > 0) {
-                const DialogItem& left = items[rows[row][column - 1]];
-                EXPECT_GE(box.x, left.x + left.cx);
-            }
-        }
-    }
-}
-
-TEST_F(Resources, AboutTemplatesArrangeTheSameControlsDifferently) {
-    const DialogTemplate portrait = ReadDialog(EnglishModule(), IDD_ABOUT);
-    const DialogTemplate landscape = ReadDialog(EnglishModule(), IDD_ABOUT_LANDSCAPE);
-    EXPECT_LT(portrait.cx, portrait.cy);
-    EXPECT_GT(landscape.cx, landscape.cy);
-    std::map<int, DialogItem> p, l;
-    for (const DialogItem& item : portrait.items)
-        p[item.id] = item;
-    for (const DialogItem& item : landscape.items)
-        l[item.id] = item;
-    EXPECT_EQ(p[IDC_ABOUT_ICON].style & SS_TYPEMASK, static_cast<DWORD>(SS_ICON));
-    // Portrait: the description under the icon; landscape: beside it.
-    EXPECT_GT(p[IDC_ABOUT_CREDITS].y, p[IDC_ABOUT_ICON].y + p[IDC_ABOUT_ICON].cy);
-    EXPECT_GT(l[IDC_ABOUT_CREDITS].x, l[IDC_ABOUT_ICON].x + l[IDC_ABOUT_ICON].cx);
-    EXPECT_NE(ItemTexts(portrait).at(IDC_ABOUT_CREDITS).find(u"Trelvik"), std::u16string::npos);
-    EXPECT_EQ(ItemTexts(portrait), ItemTexts(landscape));
-}
-
 TEST_F(Resources, AcceleratorsAreCtrlAForAboutAndCtrlQForClose) {
     HACCEL table = LoadAcceleratorsW(EnglishModule(), MAKEINTRESOURCEW(IDA_MAIN));
     ASSERT_NE(table, nullptr);

@@ -389,18 +389,26 @@ int FileCount(HWND main) {
     return files != nullptr ? static_cast<int>(SendTo(files, LVM_GETITEMCOUNT, 0, 0)) : -1;
 }
 
+// No writes nothing and the question comes back; Yes registers the program and it asks no more.
 TEST_F(EndToEnd, AsksForTheAssociationUntilItIsRegisteredThenNoMore) {
     RemoveAssociation();
-    Started first = Start();
-    HWND box = WaitFor(first, [&] { return QuestionBoxOf(first.id); });
-    ASSERT_NE(box, nullptr) << "no question box on the first start";
-    EXPECT_EQ(MessageText(box), kQuestion);
-    EXPECT_EQ(MainWindowOf(first.id), nullptr) << "the question comes before the main window";
-    Photograph(box, L"e2e-association-question");
-    PostMessageW(box, WM_COMMAND, IDYES, 0);
-
-    HWND main = WaitForMainWindow(first);
-    ASSERT_NE(main, nullptr) << "no main window after answering Yes";
+    for (const int answer : {IDNO, IDYES}) {
+        SCOPED_TRACE(answer == IDNO ? "answered No" : "answered Yes");
+        Started program = Start();
+        HWND box = WaitFor(program, [&] { return QuestionBoxOf(program.id); });
+        ASSERT_NE(box, nullptr) << "no question box";
+        EXPECT_EQ(MessageText(box), kQuestion);
+        EXPECT_EQ(MainWindowOf(program.id), nullptr) << "the question comes before the main window";
+        if (answer == IDYES) Photograph(box, L"e2e-association-question");
+        PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+        HWND main = WaitForMainWindow(program);
+        ASSERT_NE(main, nullptr) << "no main window after the answer";
+        if (answer == IDNO) {
+            EXPECT_FALSE(ClassesKeyExists(L".pgn"));
+            EXPECT_FALSE(ClassesKeyExists(L"pgnfile"));
+        }
+        Close(program, main);
+    }
     EXPECT_EQ(ClassesDefault(L".pgn").value_or(L"<missing>"), L"pgnfile");
     const std::wstring icon = ClassesDefault(L"pgnfile\\DefaultIcon").value_or(L"<missing>");
     EXPECT_TRUE(SameText(icon, IconValue())) << "icon value " << testing::PrintToString(icon);
@@ -409,42 +417,24 @@ TEST_F(EndToEnd, AsksForTheAssociationUntilItIsRegisteredThenNoMore) {
     EXPECT_TRUE(SameText(command, CommandValue()))
         << "open command " << testing::PrintToString(command);
 
+    Started program = Start();
+    bool asked = false;
+    HWND main = WaitForMainWindow(program, &asked);
+    ASSERT_NE(main, nullptr) << "no main window once registered";
+    for (DWORD waited = 0; waited < kNoQuestionMs && !asked; waited += kStepMs) {
+        asked = QuestionBoxOf(program.id) != nullptr;
+        Step();
+    }
+    EXPECT_FALSE(asked) << "the question came again although the association is registered";
+
     // The document list lists the one PGN file of the working folder, under "All Folders".
-    EXPECT_NE(WaitFor(first, [&] { return FileCount(main) == 1 ? main : nullptr; }), nullptr)
+    EXPECT_NE(WaitFor(program, [&] { return FileCount(main) == 1 ? main : nullptr; }), nullptr)
         << "files listed: " << FileCount(main);
     HWND chooser = FolderChooser(main);
     ASSERT_NE(chooser, nullptr);
     EXPECT_EQ(ComboItem(chooser, 0), L"All Folders");
     Photograph(main, L"e2e-main-window");
-    Close(first, main);
-
-    Started second = Start();
-    bool asked = false;
-    main = WaitForMainWindow(second, &asked);
-    ASSERT_NE(main, nullptr) << "no main window on the second start";
-    for (DWORD waited = 0; waited < kNoQuestionMs && !asked; waited += kStepMs) {
-        asked = QuestionBoxOf(second.id) != nullptr;
-        Step();
-    }
-    EXPECT_FALSE(asked) << "the question came again although the association is registered";
-    Close(second, main);
-}
-
-TEST_F(EndToEnd, AnsweringNoWritesNothingAndTheQuestionComesAgain) {
-    RemoveAssociation();
-    for (int start = 1; start <= 2; ++start) {
-        SCOPED_TRACE(testing::Message() << "start " << start);
-        Started program = Start();
-        HWND box = WaitFor(program, [&] { return QuestionBoxOf(program.id); });
-        ASSERT_NE(box, nullptr) << "no question box";
-        EXPECT_EQ(MessageText(box), kQuestion);
-        PostMessageW(box, WM_COMMAND, IDNO, 0);
-        HWND main = WaitForMainWindow(program);
-        ASSERT_NE(main, nullptr) << "no main window after answering No";
-        EXPECT_FALSE(ClassesKeyExists(L".pgn"));
-        EXPECT_FALSE(ClassesKeyExists(L"pgnfile"));
-        Close(program, main);
-    }
+    Close(program, main);
 }
 
 TEST_F(EndToEnd, SecondCopyBringsTheRunningOneToTheFrontAndEnds) {

@@ -1,21 +1,16 @@
 // BoardLayout: the game window's rectangles for each layout code, in portrait and landscape.
 //
-// Portrait: the board sits at the top, 3 pixels from the top edge; the panes go below it.
-//   0 "Std board, list & large cmt": board at x = 3, the list to its right as high as the
-//     board, the comment below the board across the whole width.
-//   4 "Std board, list & cmt": board at x = 3, the list to its right running down to the bottom,
-//     the comment below the board and only as wide as the board.
-//   2 "Std board, no list": board centred, the comment below it.
-//   1 "Lrg board, list & cmt": 25-pixel squares centred, list and comment side by side below.
-//   3 "Lrg board, no list": 25-pixel squares centred, the comment below.
-// Landscape: the board at (3, 3) with 19-pixel squares, the panes in the column to its right:
-// the list above the comment (40 % of the height for the list in layout 0, 60 % in layouts 4
-// and 1), or the comment alone.
-// The clock, when shown, takes a strip two lines high at the top of the pane area; with large
-// clocks it takes the list's rectangle instead, or the upper half of the pane area in the
-// layouts without a list. The side-to-move indicator sits at the top of the list column when
-// the list is beside the board, beside the lower right corner of a centred board, and below
-// the board in landscape.
+// Portrait: the board is centred at the top, 3 pixels from the top edge, with 19-pixel squares,
+// or 25-pixel squares in layouts 1 and 3; the panes are stacked below it across the width.
+// Landscape: the board at (3, 3) with 19-pixel squares, the panes in the column to its right.
+// The panes, top to bottom: the clock (a strip two lines high, when shown), the notation list
+// and the comment. The list takes 45 % of the room in layout 0 "Std board, list & large cmt"
+// and 60 % in layouts 4 "Std board, list & cmt" and 1 "Lrg board, list & cmt", except below the
+// large board, where the list and the comment share the low room side by side; layouts 2 and 3
+// have no list and give the comment all of it. With large clocks the clock takes the list's
+// rectangle, or the upper half of the room in the layouts without a list. The side-to-move
+// indicator sits beside the lower right corner of the board in portrait (left of the lower left
+// corner when the right has no room) and below the board in landscape.
 #include "gamewindow/BoardLayout.h"
 
 #include <algorithm>
@@ -30,31 +25,23 @@ constexpr int kGap = 2;          // between two parts of the window
 constexpr int kStandardSquare = 19;
 constexpr int kLargeSquare = 25;
 
-enum class ListPlace {
-    kNone,
-    kBesideBoard,        // right of the board, as high as the board
-    kBesideAndBelow,     // right of the board, down to the bottom
-    kBelowBesideComment  // below the board, left of the comment
-};
-
 struct Style {
     bool largeBoard;
-    ListPlace list;
-    int landscapeListPercent;
+    int listPercent;  // share of the pane area the list takes; 0 for no list
 };
 
 Style StyleOf(std::uint32_t code) {
     switch (code) {
         case 4:
-            return {false, ListPlace::kBesideAndBelow, 60};
+            return {false, 60};
         case 2:
-            return {false, ListPlace::kNone, 0};
+            return {false, 0};
         case 1:
-            return {true, ListPlace::kBelowBesideComment, 60};
+            return {true, 60};
         case 3:
-            return {true, ListPlace::kNone, 0};
+            return {true, 0};
         default:
-            return {false, ListPlace::kBesideBoard, 40};
+            return {false, 45};
     }
 }
 
@@ -79,27 +66,20 @@ BoardLayout ComputeBoardLayout(const BoardLayoutInput& input) {
     const int width = input.clientWidth;
     const int height = input.clientHeight - input.menuBarHeight;
     const Style style = StyleOf(input.layoutCode);
-    const bool hasList = style.list != ListPlace::kNone;
+    const bool hasList = style.listPercent > 0;
     layout.portrait = input.clientHeight > input.clientWidth;
     const bool largeBoard = layout.portrait && style.largeBoard;
     layout.squareSize = largeBoard ? kLargeSquare : kStandardSquare;
     layout.boardTop = kBoardMargin;
     layout.boardLeft = kBoardMargin;
-    if (layout.portrait && (largeBoard || !hasList))
+    if (layout.portrait)
         layout.boardLeft = std::max(kBoardMargin, (width - 8 * layout.squareSize) / 2);
     const Rect frame = layout.Frame();
 
-    Rect list;
     Rect panes;
     if (layout.portrait) {
         panes = {kEdge, frame.bottom + kGap, width - kEdge, height - kEdge};
-        if (style.list == ListPlace::kBesideBoard || style.list == ListPlace::kBesideAndBelow) {
-            const bool down = style.list == ListPlace::kBesideAndBelow;
-            list = {frame.right + kGap, kEdge, width - kEdge, down ? height - kEdge : frame.bottom};
-            layout.indicator = {list.left, list.top};
-            list.top += kIndicatorSize + kGap;
-            if (down) panes.right = frame.right;
-        } else if (frame.right + kGap + kIndicatorSize <= width - kEdge) {
+        if (frame.right + kGap + kIndicatorSize <= width - kEdge) {
             layout.indicator = {frame.right + kGap, frame.bottom - kIndicatorSize};
         } else if (frame.left - kGap - kIndicatorSize >= kEdge) {
             layout.indicator = {frame.left - kGap - kIndicatorSize, frame.bottom - kIndicatorSize};
@@ -123,15 +103,15 @@ BoardLayout ComputeBoardLayout(const BoardLayoutInput& input) {
     if (largeClocks && !hasList)
         layout.clock = TakeTop(panes, std::max(clockStrip, (panes.Height() - kGap) / 2));
 
-    if (style.list == ListPlace::kBelowBesideComment && layout.portrait) {
+    Rect list;
+    layout.comment = panes;
+    if (hasList && largeBoard) {
+        // Below the large board the room is low but wide: list and comment side by side.
         const int middle = panes.left + (panes.Width() - kGap) / 2;
         list = {panes.left, panes.top, middle, panes.bottom};
-        layout.comment = {middle + kGap, panes.top, panes.right, panes.bottom};
-    } else if (hasList && !layout.portrait) {
-        const int listHeight = (panes.Height() - kGap) * style.landscapeListPercent / 100;
-        list = TakeTop(panes, listHeight);
-        layout.comment = panes;
-    } else {
+        layout.comment.left = middle + kGap;
+    } else if (hasList) {
+        list = TakeTop(panes, (panes.Height() - kGap) * style.listPercent / 100);
         layout.comment = panes;
     }
     if (largeClocks && hasList) {

@@ -253,8 +253,7 @@ INT_PTR BoardView::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DRAWITEM: {
             auto* item = reinterpret_cast<DRAWITEMSTRUCT*>(lParam);
             if (wParam != 0) break;
-            bool selected = (item->itemState & ODS_SELECTED) != 0;
-            COLORREF background = GetSysColor(selected ? COLOR_HIGHLIGHT : COLOR_MENU);
+            COLORREF background = GetSysColor(COLOR_MENU);
             COLORREF previous = SetBkColor(item->hDC, background);
             ExtTextOutW(item->hDC, item->rcItem.left, item->rcItem.top, ETO_OPAQUE, &item->rcItem,
                         L" ", 1, nullptr);
@@ -326,6 +325,10 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
             return TRUE;
         case kNotationId:
             notation_.OnNotify(HIWORD(wParam));
+            return TRUE;
+        case IDCANCEL:
+            // Escape: the game window ends only through its exit commands, which ask about
+            // saving first, or through closing it.
             return TRUE;
         default:
             // Editing, engines, the clock and the board link come with their own windows.

@@ -363,6 +363,26 @@ bool RegistryKey::SetString(const std::u16string& name, const std::u16string& te
                                        static_cast<std::uint32_t>((text.size() + 1) * 2));
 }
 
+bool RegistryKey::GetBinary(const std::u16string& name, void* buffer, std::uint32_t* size) const {
+    return open_ && store_->ReadValue(root_, path_, name, nullptr, buffer, *size, size) == kStoreOk;
+}
+
+bool RegistryKey::SetBinary(const std::u16string& name, const void* data, std::uint32_t size) {
+    return open_ && store_->WriteValue(root_, path_, name, ValueType::Binary, data, size);
+}
+
+bool RegistryKey::EnumValue(int* index, std::u16string* name) const {
+    if (!open_ || store_->ValueNameAt(root_, path_, *index, name) != kStoreOk) return false;
+    ++*index;
+    return true;
+}
+
+bool RegistryKey::EnumSubkey(int* index, std::u16string* name) const {
+    if (!open_ || store_->SubkeyNameAt(root_, path_, *index, name) != kStoreOk) return false;
+    ++*index;
+    return true;
+}
+
 int RegistryKey::ValueSize(const std::u16string& name) const {
     std::uint32_t size = 0;
     char probe = 0;

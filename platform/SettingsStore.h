@@ -196,6 +196,14 @@ class RegistryKey {
         return GetString(u"", buffer, byteSize);
     }
     bool SetDefaultString(const std::u16string& text) { return SetString(u"", text); }
+    // Reads a binary value into buffer; *size holds the buffer's size in bytes and receives the
+    // value's. False when it is missing or does not fit.
+    bool GetBinary(const std::u16string& name, void* buffer, std::uint32_t* size) const;
+    bool SetBinary(const std::u16string& name, const void* data, std::uint32_t size);
+    // The name of the value or subkey at *index; on success *index moves to the next one. False
+    // past the last one. The order is the store's own.
+    bool EnumValue(int* index, std::u16string* name) const;
+    bool EnumSubkey(int* index, std::u16string* name) const;
     // The value's size in bytes, or -1 when it is missing or empty.
     int ValueSize(const std::u16string& name) const;
     bool Exists(const std::u16string& name) const;

@@ -49,7 +49,7 @@ class MessageBoxes : public UserMessages {
             case MessageIcon::None:
                 break;
         }
-        HWND window = owner != nullptr ? static_cast<HWND>(owner) : App().mainWindowHandle;
+        HWND window = owner != nullptr ? static_cast<HWND>(owner) : CurrentOwner();
         return MessageBoxW(window, Wide(text.c_str()), Wide(caption.c_str()), style);
     }
 };
@@ -70,10 +70,12 @@ int Run(HINSTANCE instance, const wchar_t* commandLine) {
 
     app.programInstance = instance;
     app.resourceInstance = instance;
-    if (GetSystemDefaultLangID() == kFrench) {
+    // The texts built into the program follow the system language even when the language
+    // module is missing; the resources then stay English.
+    app.french = GetSystemDefaultLangID() == kFrench;
+    if (app.french) {
         if (HMODULE french = LoadLibraryW(L"Velmora20FR.dll"); french != nullptr) {
             app.resourceInstance = french;
-            app.french = true;
         }
     }
     static MessageBoxes messageBoxes;

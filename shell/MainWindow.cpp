@@ -153,7 +153,7 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_ACTIVATE:
             if (LOWORD(wParam) == WA_ACTIVE || LOWORD(wParam) == WA_CLICKACTIVE) {
-                pocketpc::SetNavigationTitle(window_, kTitle);
+                pocketpc::SetNavigationTitle(window_, L"Velmora");
             }
             pocketpc::HandleActivate(window_, wParam, lParam);
             return 0;
@@ -162,7 +162,10 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_PAINT: {
             LRESULT result = DefWindowProcW(window_, message, wParam, lParam);
-            if (docList_ == nullptr) CreateDocumentList();
+            if (!docListTried_) {
+                docListTried_ = true;
+                CreateDocumentList();
+            }
             return result;
         }
         case WM_NOTIFY: {

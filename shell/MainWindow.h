@@ -51,6 +51,7 @@ class MainWindow {
 
     HWND window_ = nullptr;
     HWND docList_ = nullptr;
+    bool docListTried_ = false;  // the list is made on the first paint only, even if it failed
     HWND menuBar_ = nullptr;
     std::wstring folder_;
     std::unique_ptr<Game> game_;

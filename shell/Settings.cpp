@@ -32,8 +32,10 @@ bool RecentList::Load(int capacity, const RegistryKey& parent, const std::u16str
         int size = key.ValueSize(name);
         if (size < 1) break;
         auto text = std::make_unique<char16_t[]>(static_cast<std::size_t>(size) + 1);
-        // size bytes fit with room to spare; a value stored without its terminator gets one.
-        if (!key.GetString(name, text.get(), (static_cast<std::uint32_t>(size) + 1) * 2)) break;
+        // size bytes fit with room to spare; a value stored without its terminator gets one. A
+        // value that changed between the two reads still takes its place, empty.
+        if (!key.GetString(name, text.get(), (static_cast<std::uint32_t>(size) + 1) * 2))
+            text[0] = 0;
         text[size / 2] = 0;
         names_.emplace_back(text.get());
     }

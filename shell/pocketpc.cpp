@@ -579,10 +579,9 @@ void ShellStartup() {
     InitCommonControls();
 }
 
-void SetNavigationTitle(HWND window, const wchar_t* title) {
-    HWND top = frame != nullptr ? frame : window;
-    if (top != nullptr) SetWindowTextW(top, title);
-}
+// Does nothing on the desktop: the navigation bar's place is the frame's caption, which is the
+// main window's own text, and a second copy finds the running one by that text.
+void SetNavigationTitle(HWND, const wchar_t*) {}
 
 void MakeFullScreen(HWND window, DWORD) {
     RECT rect = FrameScreenRect();

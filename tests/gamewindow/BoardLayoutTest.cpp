@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -46,7 +47,7 @@ void ExpectSound(const BoardLayoutInput& in, bool roomy) {
     EXPECT_EQ(layout.squareSize, large ? 25 : 19);
     EXPECT_EQ(layout.boardTop, 3);
     const int centred = (in.clientWidth - 8 * layout.squareSize) / 2;
-    EXPECT_EQ(layout.boardLeft, portrait && (large || in.layoutCode == 2) ? centred : 3);
+    EXPECT_EQ(layout.boardLeft, portrait ? std::max(3, centred) : 3);
 
     const Rect frame = layout.Frame();
     const Rect indicator = layout.IndicatorRect();
@@ -58,11 +59,12 @@ void ExpectSound(const BoardLayoutInput& in, bool roomy) {
             EXPECT_FALSE(Overlap(parts[i], parts[j])) << names[i] << " and " << names[j];
     }
     EXPECT_FALSE(layout.comment.IsEmpty());
-    // The comment and a clock strip go below the board in portrait, right of it in landscape.
+    // The panes go below the board in portrait, right of it in landscape.
     const bool largeClocks = in.clockShown && in.largeClocks;
-    std::vector<Rect> panes = {layout.comment};
+    std::vector<Rect> panes = {layout.comment, layout.notation};
     if (in.clockShown && !(largeClocks && HasList(in.layoutCode))) panes.push_back(layout.clock);
     for (const Rect& pane : panes) {
+        if (pane.IsEmpty()) continue;
         EXPECT_GE(portrait ? pane.top : pane.left, portrait ? frame.bottom : frame.right);
     }
 

@@ -26,17 +26,20 @@ class StoreAgreement : public testing::Test {
         EXPECT_FALSE(store_.KeyExists(StoreRoot::CurrentUser, kBase));
     }
 
-    // The names at index 0, 1, ... until the end, sorted: the registry has its own order.
+    // The names a key enumerates until the end, sorted: the registry has its own order. Each
+    // step must move the index on by one.
     std::vector<std::u16string> Names(const std::u16string& path, bool subkeys) {
         std::vector<std::u16string> names;
+        RegistryKey key(store_);
+        if (!key.Open(StoreRoot::CurrentUser, path, false)) return {u"<no key>"};
         std::u16string name;
-        for (int i = 0;; ++i) {
-            const int result = subkeys ? store_.SubkeyNameAt(StoreRoot::CurrentUser, path, i, &name)
-                                       : store_.ValueNameAt(StoreRoot::CurrentUser, path, i, &name);
-            if (result != kStoreOk) {
-                EXPECT_EQ(result, kStoreNoMoreItems);
+        for (int index = 0;;) {
+            const int before = index;
+            if (!(subkeys ? key.EnumSubkey(&index, &name) : key.EnumValue(&index, &name))) {
+                EXPECT_EQ(index, before) << "a failed step moved the index";
                 break;
             }
+            EXPECT_EQ(index, before + 1);
             names.push_back(name);
         }
         std::sort(names.begin(), names.end());
@@ -80,10 +83,17 @@ TYPED_TEST(StoreAgreement, ValuesRoundTripAndReportTheirSize) {
     EXPECT_TRUE(read.Exists(u"Empty"));
     EXPECT_FALSE(read.Exists(u"Missing"));
 
-    // The store itself: type and size with and without a buffer.
+    // Binary values, through the key and through the store: type and size with and without a
+    // buffer.
     std::uint8_t bytes[3] = {1, 2, 0xFF};
-    EXPECT_TRUE(this->store_.WriteValue(StoreRoot::CurrentUser, kBase + u"\\Velmora", u"Bin",
-                                        ValueType::Binary, bytes, 3));
+    EXPECT_TRUE(key.SetBinary(u"Bin", bytes, 3));
+    std::uint8_t fromKey[4] = {};
+    std::uint32_t keySize = 2;
+    EXPECT_FALSE(read.GetBinary(u"Bin", fromKey, &keySize));
+    keySize = 4;
+    EXPECT_TRUE(read.GetBinary(u"bin", fromKey, &keySize));
+    EXPECT_EQ(keySize, 3u);
+    EXPECT_EQ(fromKey[2], 0xFF);
     ValueType type{};
     std::uint32_t size = 0;
     EXPECT_EQ(this->store_.ReadValue(StoreRoot::CurrentUser, kBase + u"\\Velmora", u"bin", &type,

@@ -321,6 +321,8 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
     bool flipped = false;
     RECT portraitBoard{}, landscapeList{};
     bool landscapeLaidOut = false;
+    bool openAfterEscape = false;
+    int landscapeBoardRight = 0;
     COLORREF a1Pixel = 0;
     WhenModal([&] {
         HWND window = view.Window();
@@ -352,6 +354,7 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
 
         pocketpc::SetOrientation(false);
         landscapeLaidOut = !view.Layout().portrait;
+        landscapeBoardRight = view.Layout().Frame().right;
         GetWindowRect(view.Notation().Window(), &landscapeList);
         MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&landscapeList), 2);
         // Selecting a row moves the game there.
@@ -362,6 +365,9 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
         Repaint(window);
         EXPECT_TRUE(test::SaveWindowShot(window, L"game-window-landscape"));
         pocketpc::SetOrientation(true);
+        // Escape must not end the window: that would skip the question about saving.
+        SendMessageW(window, WM_COMMAND, IDCANCEL, 0);
+        openAfterEscape = IsWindowVisible(window) != FALSE;
         SendMessageW(window, WM_COMMAND, 40111, 0);  // "Open Next"
     });
     EXPECT_EQ(view.Run(frame, 0), 1);
@@ -375,9 +381,10 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
     EXPECT_EQ(variationComment, L"The queen's pawn.");
     EXPECT_EQ(a1Pixel, settings->blackColor);  // a1 is a dark square, bottom left
     EXPECT_TRUE(flipped);
-    EXPECT_EQ(portraitBoard.left, 3);
+    EXPECT_EQ(portraitBoard.left, (240 - 8 * 19) / 2);  // centred above the panes
+    EXPECT_TRUE(openAfterEscape);
     EXPECT_TRUE(landscapeLaidOut);
-    EXPECT_GT(landscapeList.left, view.Layout().boardLeft + 8 * 19);
+    EXPECT_GT(landscapeList.left, landscapeBoardRight);  // the list is right of the board
     // The game stands where the tenth row put it: after 3. Bb5.
     ASSERT_NE(game->Current()->ArrivalNode(), nullptr);
     EXPECT_EQ(game->Current()->ArrivalNode()->moveNumber, 3);

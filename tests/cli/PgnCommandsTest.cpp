@@ -1,8 +1,9 @@
-// velmora-pgn list, show, fens, check, append, resave and search: arguments, output, messages, exit
-// codes.
+// velmora-pgn play, list, show, fens, check, append, resave and search: arguments, output,
+// messages, exit codes.
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <tuple>
 
 #include "PgnTestSupport.h"
 #include "cli/Commands.h"
@@ -31,6 +32,41 @@ const std::string kSecondGame =
     "[Event \"Blitz\"]\r\n[Site \"?\"]\r\n[Date \"????.??.??\"]\r\n[Round \"?\"]\r\n"
     "[White \"Dupont\"]\r\n[Black \"Ernst\"]\r\n[Result \"0-1\"]\r\n\r\n"
     "1. f3 e5 2. g4 Qh4+ 0-1\r\n\r\n";
+
+TEST(PlayCommand, StartLineThenOneLinePerMove) {
+    Outcome run = Execute(RunPlay, {u"e4", u"e5"});
+    EXPECT_EQ(run.code, kExitOk);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out,
+              "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1\n"
+              "1. e4\trnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1\n"
+              "1... e5\trnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e6 0 2\n");
+    // Moves are numbered from the position given.
+    run = Execute(RunPlay, {u"--from", u"6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 30", u"Ra8+"});
+    EXPECT_EQ(run.code, kExitOk);
+    EXPECT_EQ(run.out,
+              "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 30\n"
+              "30. Ra8+\tR5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 0 30\n");
+}
+
+TEST(PlayCommand, Failures) {
+    // Arguments, exit code, start of out, start of err.
+    const std::tuple<Arguments, int, const char*, const char*> cases[] = {
+        {{u"e4", u"e4"}, kExitFailed, "rnbqkbnr", "Illegal move : e4\n"},
+        {{u"e4", u"Nf5"}, kExitFailed, "rnbqkbnr", "Illegal move : Nf5\n"},
+        {{u"K\u00E92"}, kExitFailed, "rnbqkbnr", "Illegal move : K\303\2512\n"},  // echoed in UTF-8
+        {{u"--", u"-e4"}, kExitFailed, "rnbqkbnr", "Illegal move : -e4\n"},  // a move after "--"
+        {{u"--from", u"8/8/8/8/8/8/8/8 w KX - 0 1"}, kExitFailed, "", "Invalid initial position\n"},
+        {{u"--frm", u"e4"}, kExitUsage, "", "Usage: velmora-pgn play"},
+        {{u"--from"}, kExitUsage, "", "Usage: velmora-pgn play"},
+        {{u"--help"}, kExitOk, "Usage: velmora-pgn play", ""}};
+    for (const auto& [args, code, outStart, errStart] : cases) {
+        Outcome run = Execute(RunPlay, args);
+        EXPECT_EQ(run.code, code) << run.err;
+        EXPECT_EQ(run.out.rfind(outStart, 0), 0u) << run.out;
+        EXPECT_EQ(run.err.rfind(errStart, 0), 0u) << run.err;
+    }
+}
 
 TEST(PgnCommands, ListShowAndFens) {
     Outcome list = Execute(RunList, {kThree});

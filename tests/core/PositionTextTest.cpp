@@ -79,14 +79,6 @@ TEST(PositionText, MalformedFieldsFailAfterChangingThePosition) {
     EXPECT_EQ(position.SetFromText(u"4k3/8/8/8/8/8/8/4K3 w - ex 0 1"), 0);
 }
 
-// The king and pawn letters are no promotion pieces.
-TEST(PositionText, PromotionLetters) {
-    EXPECT_EQ(TypeFromLetter('K'), 0);
-    EXPECT_EQ(TypeFromLetter('P'), 0);
-    EXPECT_EQ(TypeFromLetter('b'), kBishop);
-    EXPECT_EQ(LetterFromType(kKing), 0);
-}
-
 TEST(PositionText, CopyFromTakesBoardAndStateButNoLinks) {
     Position start;
     Position* after = testing::Play(&start, "e2e4");

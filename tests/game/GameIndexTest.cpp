@@ -15,20 +15,9 @@ TEST(GameIndex, ThreeGamesThenOffsetsAfterASave) {
     GameIndex index(test::DataPath("three-games.pgn").c_str());
     ASSERT_EQ(index.Load(), 1);
     EXPECT_EQ(index.FileName() + index.Last()->FilePath(), u"three-games.pgn" + index.Path());
-    // Each offset is that of a game's first tag line; absent tags keep the scanner's reset values.
+    // Each offset is that of a game's first tag line. The fields of each game are checked
+    // through the command-line tool's list of this file.
     EXPECT_EQ(test::Offsets(index), (Offsets{0, 197, 294}));
-    std::u16string listed;
-    for (GameSummary* s = index.First(); s; s = s->next.get())
-        listed += std::u16string(1, u'0' + s->result) + u"|" + Text(s->white) + u"|" +
-                  Text(s->black) + u"|" + Text(s->date) + u"|" + Text(s->event) + u"|" +
-                  Text(s->round) + u"|" + Text(s->site) + u"|" + Text(s->eco) + u"|" +
-                  Text(s->start) + u"\n";
-    EXPECT_EQ(listed,
-              u"0|Aubert, Claire|Brun, Marc|2003.05.17|Club Match|1|Lyon|C20|"
-              u"1. e4 e5 2. Qh5 Nc6 3. Bc4 Nf6\n"
-              u"2|Dupont|Ernst|??\\??|Blitz|?|?|<none>|1. f3 e5 2. g4 Qh4# 0-1\n"
-              u"1|Brun, Marc|Aubert, Claire|2003.05.18|Club Match|2|Lyon|<none>|"
-              u"{Short draw} 1. d4 d5 2. c4 c6\n");
     // Values repeated across games are stored once.
     EXPECT_EQ(index.First()->event.Block(), index.Last()->event.Block());
     EXPECT_EQ(index.First()->white.Block(), index.Last()->black.Block());

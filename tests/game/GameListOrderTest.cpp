@@ -161,6 +161,7 @@ TEST_F(GameListSorting, StartColumnSortsByDate) {
     EXPECT_EQ(Sorted(15), Sorted(13));
 }
 
+// Each column shows its field; the result as its symbol, a missing value as nothing.
 TEST_F(GameListSorting, CellTextsOfTheEightColumns) {
     const struct {
         int game;
@@ -168,7 +169,6 @@ TEST_F(GameListSorting, CellTextsOfTheEightColumns) {
     } cases[] = {
         {0,
          {u"Anand", u"Carlsen", u"\u00BD-\u00BD", u"B90", u"Wch", u"10", u"2013.11.22", u"1. c4"}},
-        {1, {u"carlsen", u"anand", u"1-0", u"", u"wch", u"2", u"2013.11.09", u"1. d4"}},
         {2, {u"\u00C9mile", u"Zoe", u"*", u"A00", u"Open", u"?", u"????.??.??", u"(Position)"}},
         {3, {u"", u"", u"0-1", u"", u"", u"", u"", u""}},
     };

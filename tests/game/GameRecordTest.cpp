@@ -27,7 +27,6 @@ struct View final : GameView {
 
 TEST(GameRecord, ResultsResetCompletenessAndTags) {
     Game game;
-    EXPECT_EQ(game.GetSettings(), (SettingsBlock{0, -1, 1800, -1, 0, 0, 0}));
     const std::pair<const char16_t*, ResultCode> texts[] = {
         {u"1-0", 0},           {u"0-1", 2}, {u"1/2-1/2", 1}, {u"1-0 ", 3},
         {u"\u00BD-\u00BD", 1}, {u"", 3},    {u"0-1", 2},     {u"1/2", 3}};
@@ -73,16 +72,6 @@ TEST(GameRecord, TextsAreSharedAndReplacedWhole) {
     EXPECT_EQ(pool.Intern(u"Club Match").Block(), first);
     EXPECT_NE(pool.Intern(u"Club match").Block(), first);
     EXPECT_EQ(pool.Intern(u"").View(), u"");
-
-    // The settings words are kept only when they differ from the initial ones.
-    GameSummary summary;
-    SettingsBlock words = GameSummary::kInitialSettings;
-    EXPECT_EQ(summary.GetSettings(), words);
-    words[2] = 600;
-    summary.SetSettings(words);
-    EXPECT_EQ(summary.GetSettings(), words);
-    summary.SetSettings(GameSummary::kInitialSettings);
-    EXPECT_EQ(summary.GetSettings(), GameSummary::kInitialSettings);
 }
 
 TEST(GameRecord, ObserversAndCursor) {

@@ -60,16 +60,6 @@ class MoveTree : public ::testing::Test {
 TEST_F(MoveTree, LaterMovesBecomeVariationsOneLevelDeeper) {
     EXPECT_EQ(ExpectConsistent(&root), 13);
     ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {g, 1}, {j, 2}, {k, 2}, {h, 1}, {m, 2}, {l, 1}});
-    EXPECT_EQ(root.FirstContinuation(), a);
-    EXPECT_FALSE(a->IsVariation());
-    EXPECT_TRUE(h->IsVariation());
-    EXPECT_EQ(a->FirstVariation(), e);
-    EXPECT_EQ(e->FirstVariation(), nullptr);
-    EXPECT_EQ(a->NextVariation(), nullptr);
-    EXPECT_EQ(e->NextVariation(), h);
-    EXPECT_EQ(h->NextVariation(), nullptr);
-    EXPECT_EQ(a->LastAlternative(), h);
-    EXPECT_EQ(h->LastAlternative(), h);
 }
 
 TEST_F(MoveTree, ReplacingTheFirstAndALaterNode) {
@@ -146,15 +136,6 @@ TEST_F(MoveTree, PromoteLineOnTheMainLineChangesNothing) {
     EXPECT_EQ(b->nextAlternative, l);
     EXPECT_EQ(ExpectConsistent(&root), 13);
     ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {j, 2}, {l, 1}});
-}
-
-TEST_F(MoveTree, RelevelRestoresLevelsBelowANode) {
-    for (MoveNode* node : {a, b, c, d, e, f, g, h, i, j, k, l, m})
-        node->level = 9;
-    a->Relevel(0);
-    EXPECT_EQ(ExpectConsistent(&root), 13);
-    f->Relevel(4);
-    ExpectLevels({{f, 4}, {g, 4}, {j, 5}, {k, 5}, {e, 1}});
 }
 
 // A long game is freed without deep recursion (the native build checks for leaks).

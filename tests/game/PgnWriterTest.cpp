@@ -105,15 +105,5 @@ TEST(PgnWriter, WrappedPiecesBreakAtBlanksAndAfterBrackets) {
     }
 }
 
-TEST(PgnWriter, FindBreakScansBackFromTheGivenIndex) {
-    const std::tuple<const char*, int, int, int> cases[] = {
-        {"ab cd", 4, 2, 1}, {"a b{c", 4, 4, 0}, {"ab cd", 1, -1, -1}, {" x", 0, 0, 1}};
-    for (const auto& [bytes, from, expected, expectedSkip] : cases) {
-        int skip = -1;
-        EXPECT_EQ(FindBreak(bytes, from, &skip), expected) << bytes << " " << from;
-        EXPECT_EQ(skip, expectedSkip) << bytes;
-    }
-}
-
 }  // namespace
 }  // namespace velmora

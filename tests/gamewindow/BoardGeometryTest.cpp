@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <utility>
 
 #include "core/ChessTypes.h"
@@ -85,47 +86,25 @@ TEST(BoardGeometry, TapsAroundTheBoard) {
     }
 }
 
+int Direction(const BoardPlacement& placement, const std::string& move) {
+    const Square from = Sq(move.c_str());
+    const Square to = Sq(move.c_str() + 2);
+    return ArrowDirection(SquareCentre(placement, FileOf(from), RankOf(from)),
+                          SquareCentre(placement, FileOf(to), RankOf(to)));
+}
+
 TEST(BoardGeometry, ArrowDirections) {
-    const struct {
-        const char* move;
-        bool flipped;
-        int direction;
-    } cases[] = {
-        {"e4f4", false, 0},
-        {"e4g5", false, 1},
-        {"e4f5", false, 2},
-        {"e4f6", false, 3},
-        {"e4e5", false, 4},
-        {"e4d6", false, 5},
-        {"e4d5", false, 6},
-        {"e4c5", false, 7},
-        {"e4d4", false, 8},
-        {"e4c3", false, 9},
-        {"e4d3", false, 10},
-        {"e4d2", false, 11},
-        {"e4e3", false, 12},
-        {"e4f2", false, 13},
-        {"e4f3", false, 14},
-        {"e4g3", false, 15},
-        {"g1f3", false, 5},
-        {"g1h3", false, 3},
-        {"e2e4", false, 4},
-        {"e2e4", true, 12},
-        {"g1f3", true, 13},
-        {"a1h8", true, 10},
-        {"a1h1", true, 8},
-        // A slope flatter than the knight's (2 |dy| < |dx|) falls to the steep direction.
-        {"a1d2", false, 3},
-        {"h8a7", false, 11},
-    };
-    for (const auto& c : cases) {
-        const BoardPlacement placement = c.flipped ? kFlipped : kPlain;
-        const Square from = Sq(c.move);
-        const Square to = Sq(c.move + 2);
-        EXPECT_EQ(ArrowDirection(SquareCentre(placement, FileOf(from), RankOf(from)),
-                                 SquareCentre(placement, FileOf(to), RankOf(to))),
-                  c.direction)
-            << c.move << (c.flipped ? " flipped" : "");
+    // Counter-clockwise from east: the eight neighbours of e4 and the knight moves between them.
+    const char* const around[] = {"f4", "g5", "f5", "f6", "e5", "d6", "d5", "c5",
+                                  "d4", "c3", "d3", "d2", "e3", "f2", "f3", "g3"};
+    for (int direction = 0; direction < 16; ++direction)
+        EXPECT_EQ(Direction(kPlain, std::string("e4") + around[direction]), direction)
+            << around[direction];
+    // Each case: move, flipped, direction. A flipped board turns every arrow half round; a slope
+    // flatter than the knight's (2 |dy| < |dx|) falls to the steep direction.
+    for (const auto& c : testing::Cases("e2e4 1 12, g1f3 1 13, a1h8 1 10, a1h1 1 8, a1d2 0 3, "
+                                        "h8a7 0 11")) {
+        EXPECT_EQ(Direction(c[1] == "1" ? kFlipped : kPlain, c[0]), std::stoi(c[2])) << c[0];
     }
 }
 
@@ -145,11 +124,9 @@ TEST(BoardGeometry, ArrowPolygonCorners) {
 }
 
 TEST(BoardGeometry, DarkSquaresStartWithA1) {
-    const char* const dark[] = {"a1", "c1", "b2", "h8", "d4", "e5"};
-    const char* const light[] = {"b1", "h1", "a8", "e4", "d5"};
-    for (const char* name : dark)
+    for (const char* name : {"a1", "b2", "h8", "e5"})
         EXPECT_TRUE(IsDarkSquare(FileOf(Sq(name)), RankOf(Sq(name)))) << name;
-    for (const char* name : light)
+    for (const char* name : {"b1", "h1", "a8", "e4"})
         EXPECT_FALSE(IsDarkSquare(FileOf(Sq(name)), RankOf(Sq(name)))) << name;
 }
 

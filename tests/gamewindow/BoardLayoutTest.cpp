@@ -92,63 +92,42 @@ void ExpectSound(const BoardLayoutInput& in, bool roomy) {
     }
 }
 
+// Clock modes: bit 0 shows the clock, bit 1 asks for large clocks.
+BoardLayoutInput Input(int width, int height, int menu, std::uint32_t code, int mode,
+                       int textHeight = 13) {
+    BoardLayoutInput in;
+    in.clientWidth = width;
+    in.clientHeight = height;
+    in.menuBarHeight = menu;
+    in.layoutCode = code;
+    in.textHeight = textHeight;
+    in.clockShown = (mode & 1) != 0;
+    in.largeClocks = (mode & 2) != 0;
+    return in;
+}
+
 TEST(BoardLayout, EveryLayoutFitsTheHandheldScreens) {
-    for (const auto& [width, height] : {std::pair{240, 320}, {320, 240}}) {
-        for (std::uint32_t code : kCodes) {
-            for (int textHeight : {13, 16}) {
-                for (int mode = 0; mode < 4; ++mode) {
-                    BoardLayoutInput in;
-                    in.clientWidth = width;
-                    in.clientHeight = height;
-                    in.menuBarHeight = 26;
-                    in.layoutCode = code;
-                    in.textHeight = textHeight;
-                    in.clockShown = (mode & 1) != 0;
-                    in.largeClocks = (mode & 2) != 0;
-                    ExpectSound(in, true);
-                }
-            }
-        }
-    }
+    for (const auto& [width, height] : {std::pair{240, 320}, {320, 240}})
+        for (std::uint32_t code : kCodes)
+            for (int textHeight : {13, 16})
+                for (int mode = 0; mode < 4; ++mode)
+                    ExpectSound(Input(width, height, 26, code, mode, textHeight), true);
 }
 
 TEST(BoardLayout, OtherClientSizesStillFitWithoutOverlap) {
     const struct {
         int width, height, menu;
     } sizes[] = {{240, 294, 0}, {480, 640, 26}, {640, 480, 26}, {240, 400, 26}, {400, 240, 0}};
-    for (const auto& size : sizes) {
-        for (std::uint32_t code : kCodes) {
-            for (int mode = 0; mode < 4; ++mode) {
-                BoardLayoutInput in;
-                in.clientWidth = size.width;
-                in.clientHeight = size.height;
-                in.menuBarHeight = size.menu;
-                in.layoutCode = code;
-                in.clockShown = (mode & 1) != 0;
-                in.largeClocks = (mode & 2) != 0;
-                ExpectSound(in, false);
-            }
-        }
-    }
-}
-
-BoardLayout Layout(int width, int height, std::uint32_t code, bool clock = false,
-                   bool largeClocks = false) {
-    BoardLayoutInput in;
-    in.clientWidth = width;
-    in.clientHeight = height;
-    in.menuBarHeight = 26;
-    in.layoutCode = code;
-    in.textHeight = 13;
-    in.clockShown = clock;
-    in.largeClocks = largeClocks;
-    return ComputeBoardLayout(in);
+    for (const auto& size : sizes)
+        for (std::uint32_t code : kCodes)
+            for (int mode = 0; mode < 4; ++mode)
+                ExpectSound(Input(size.width, size.height, size.menu, code, mode), false);
 }
 
 TEST(BoardLayout, UnknownLayoutCodesLayOutAsTheDefault) {
     for (std::uint32_t code : {5u, 7u, 0xFFFFFFFFu}) {
-        const BoardLayout layout = Layout(240, 320, code, true);
-        const BoardLayout standard = Layout(240, 320, 0, true);
+        const BoardLayout layout = ComputeBoardLayout(Input(240, 320, 26, code, 1));
+        const BoardLayout standard = ComputeBoardLayout(Input(240, 320, 26, 0, 1));
         EXPECT_EQ(layout.notation, standard.notation);
         EXPECT_EQ(layout.comment, standard.comment);
         EXPECT_EQ(layout.clock, standard.clock);

@@ -5,69 +5,39 @@
 #include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <string>
 
-#include "platform/CodePage.h"
 #include "platform/SettingsStore.h"
+#include "tests/TestFiles.h"
 
 namespace velmora::platform {
 namespace {
 
-namespace fs = std::filesystem;
+using test::ReadBytes;
 
-// A fresh folder under the system's temporary folder, removed with everything in it.
-class TempFolder {
-  public:
-    TempFolder() {
-        std::string pattern = (fs::temp_directory_path() / "velmora-store-XXXXXX").string();
-        path_ = mkdtemp(pattern.data());
-    }
-    ~TempFolder() { fs::remove_all(path_); }
-    const fs::path& Path() const { return path_; }
-
-  private:
-    fs::path path_;
-};
-
-std::string ReadFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-void WriteFile(const fs::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-std::u16string Wide(const fs::path& path) {
-    return Utf8ToWide(path.string());
+bool Exists(const std::u16string& path) {
+    return std::filesystem::exists(std::filesystem::path(path));
 }
 
 TEST(FileSettingsStore, ValuesSurviveANewStoreOnTheSameFile) {
-    TempFolder temp;
-    const fs::path file = temp.Path() / "config" / "velmora" / "registry";  // folders missing
+    test::TempFolder temp;
+    const std::u16string file = temp.Path("config/velmora/registry");  // folders missing
     {
-        FileSettingsStore store(Wide(file));
+        FileSettingsStore store(file);
         RegistryKey key(store);
         ASSERT_TRUE(key.Open(StoreRoot::CurrentUser, u"Software\\Trelvik\\Velmora", true));
         EXPECT_TRUE(key.SetDword(u"Layout", 4));
         EXPECT_TRUE(key.SetString(u"Open in", u"/home/anna/Parties d'\u00E9checs"));
         EXPECT_TRUE(key.SetDword(u"Gone", 1));
         EXPECT_TRUE(key.DeleteValue(u"Gone"));
-        RegistryKey classes(store);
-        ASSERT_TRUE(classes.Open(StoreRoot::ClassesRoot, u".pgn", true));
-        EXPECT_TRUE(classes.SetDefaultString(u"pgnfile"));
-        EXPECT_TRUE(fs::exists(file));
-        EXPECT_FALSE(fs::exists(file.string() + ".tmp"));  // renamed over the file each time
-        const std::string text = ReadFile(file);
+        EXPECT_TRUE(Exists(file));
+        EXPECT_FALSE(Exists(file + u".tmp"));  // renamed over the file each time
+        const std::string text = ReadBytes(file);
         EXPECT_NE(text.find("\"Layout\"=dword:00000004\n"), std::string::npos) << text;
         EXPECT_EQ(text.find("Gone"), std::string::npos) << text;
     }
-    FileSettingsStore reopened(Wide(file));
+    FileSettingsStore reopened(file);
     RegistryKey key(reopened);
     ASSERT_TRUE(key.Open(StoreRoot::CurrentUser, u"Software\\Trelvik\\Velmora", false));
     std::uint32_t layout = 0;
@@ -77,43 +47,41 @@ TEST(FileSettingsStore, ValuesSurviveANewStoreOnTheSameFile) {
     EXPECT_TRUE(key.GetString(u"Open in", text, sizeof text));
     EXPECT_EQ(std::u16string(text), u"/home/anna/Parties d'\u00E9checs");
     EXPECT_FALSE(key.Exists(u"Gone"));
-    EXPECT_TRUE(key.Open(StoreRoot::ClassesRoot, u".pgn", false));
-    EXPECT_TRUE(key.GetDefaultString(text, sizeof text));
-    EXPECT_EQ(std::u16string(text), u"pgnfile");
 
     // Deleting a key is written too.
     RegistryKey software(reopened);
     ASSERT_TRUE(software.Open(StoreRoot::CurrentUser, u"Software", false));
     EXPECT_TRUE(software.DeleteTree(u"Trelvik"));
-    FileSettingsStore third(Wide(file));
+    FileSettingsStore third(file);
     EXPECT_TRUE(third.KeyExists(StoreRoot::CurrentUser, u"Software"));
     EXPECT_FALSE(third.KeyExists(StoreRoot::CurrentUser, u"Software\\Trelvik"));
 }
 
 TEST(FileSettingsStore, AMalformedFileIsKeptAside) {
-    TempFolder temp;
-    const fs::path file = temp.Path() / "registry";
+    test::TempFolder temp;
+    const std::u16string file = temp.Path("registry");
     const std::string broken = "[HKEY_CURRENT_USER\\Software]\n\"Layout\"=dword:4\n";
-    WriteFile(file, broken);
-    FileSettingsStore store(Wide(file));
+    test::WriteBytes(file, broken);
+    FileSettingsStore store(file);
     EXPECT_FALSE(store.KeyExists(StoreRoot::CurrentUser, u"Software"));  // starts empty
-    EXPECT_EQ(ReadFile(file.string() + ".bad"), broken);
-    EXPECT_FALSE(fs::exists(file));
+    EXPECT_EQ(ReadBytes(file + u".bad"), broken);
+    EXPECT_FALSE(Exists(file));
     ASSERT_TRUE(store.CreateKey(StoreRoot::CurrentUser, u"Software\\Trelvik"));
-    EXPECT_TRUE(fs::exists(file));
-    EXPECT_EQ(ReadFile(file.string() + ".bad"), broken);
+    EXPECT_TRUE(Exists(file));
+    EXPECT_EQ(ReadBytes(file + u".bad"), broken);
 }
 
 TEST(FileSettingsStore, AFileThatCannotBeKeptAsideIsNeverOverwritten) {
-    TempFolder temp;
-    const fs::path file = temp.Path() / "registry";
+    test::TempFolder temp;
+    const std::u16string file = temp.Path("registry");
     const std::string broken = "not a registry file\n";
-    WriteFile(file, broken);
-    fs::create_directories(file.string() + ".bad/occupied");  // the rename cannot replace it
-    FileSettingsStore store(Wide(file));
+    test::WriteBytes(file, broken);
+    // A folder in the way, which the rename cannot replace.
+    std::filesystem::create_directories(temp.dir / "registry.bad" / "occupied");
+    FileSettingsStore store(file);
     EXPECT_FALSE(store.CreateKey(StoreRoot::CurrentUser, u"Software"));
     EXPECT_TRUE(store.KeyExists(StoreRoot::CurrentUser, u"Software"));  // held in memory
-    EXPECT_EQ(ReadFile(file), broken);
+    EXPECT_EQ(ReadBytes(file), broken);
 }
 
 TEST(FileSettingsStore, PathFromTheEnvironment) {
@@ -158,11 +126,11 @@ class ScopedEnvironment {
 };
 
 TEST(FileSettingsStore, TheSystemStoreIsTheDefaultFileUnlessReplaced) {
-    TempFolder temp;
+    test::TempFolder temp;
     // The only test that reaches the system store: it is made here, in the temporary folder,
     // and never in the real configuration folder of whoever runs the tests.
-    ScopedEnvironment xdg("XDG_CONFIG_HOME", temp.Path().c_str());
-    EXPECT_EQ(DefaultSettingsFilePath(), Wide(temp.Path() / "velmora" / "registry"));
+    ScopedEnvironment xdg("XDG_CONFIG_HOME", temp.dir.c_str());
+    EXPECT_EQ(DefaultSettingsFilePath(), temp.Path("velmora/registry"));
     auto* system = dynamic_cast<FileSettingsStore*>(&SystemSettingsStore());
     ASSERT_NE(system, nullptr);
     EXPECT_EQ(system->FilePath(), DefaultSettingsFilePath());

@@ -5,13 +5,11 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <utility>
+
+#include "tests/TestFiles.h"
 
 namespace velmora::platform {
 namespace {
@@ -21,17 +19,6 @@ constexpr ErrorCode kSharingConflict = 32;  // ERROR_SHARING_VIOLATION
 #else
 constexpr ErrorCode kSharingConflict = EWOULDBLOCK;
 #endif
-
-// Setup and checks go through the standard library, so that a fault in the layer under test
-// cannot cancel itself out.
-void WriteBytes(const std::u16string& path, const std::string& bytes) {
-    EXPECT_TRUE(std::ofstream(std::filesystem::path(path), std::ios::binary) << bytes);
-}
-
-std::string ReadBytes(const std::u16string& path) {
-    std::ifstream in(std::filesystem::path(path), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 // Throws on failure, which ends the test with a failure instead of a null dereference.
 std::unique_ptr<File> OpenOk(const std::u16string& path, OpenMode mode) {
@@ -54,21 +41,9 @@ std::int64_t SizeOf(File& file) {
 
 class Files : public testing::Test {
   protected:
-    Files() {
-        std::random_device random;
-        do {
-            folder = std::filesystem::temp_directory_path() /
-                     ("velmora-test-" + std::to_string(random()));
-        } while (!std::filesystem::create_directory(folder));
-        path = (folder / u"Caf\u00E9 \u00BD \u20AC \u0416.pgn").u16string();  // not just ASCII
-    }
-    ~Files() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
-
-    std::filesystem::path folder;
-    std::u16string path;
+    test::TempFolder temp;
+    std::u16string folder = temp.dir.u16string();
+    std::u16string path = temp.Path("Caf\u00E9 \u00BD \u20AC \u0416.pgn");  // not just ASCII
     FileSystem& fs = SystemFileSystem();
 };
 
@@ -86,13 +61,13 @@ TEST_F(Files, EachModeOpensSharesReadsAndWritesOnlyAsItMay) {
     for (const auto& m : modes) {
         SCOPED_TRACE(static_cast<int>(m.mode));
         ErrorCode error = 0;
-        EXPECT_EQ(fs.Open(folder.u16string(), m.mode, &error), nullptr);
+        EXPECT_EQ(fs.Open(folder, m.mode, &error), nullptr);
         EXPECT_NE(error, 0u);
         EXPECT_EQ(fs.Open(path, m.mode, &error) != nullptr, m.creates);
         EXPECT_EQ(error != 0, !m.creates);
         EXPECT_EQ(fs.Exists(path), m.creates);
 
-        WriteBytes(path, "abc");
+        test::WriteBytes(path, "abc");
         auto file = OpenOk(path, m.mode);
         for (const auto& other : modes) {
             SCOPED_TRACE(testing::Message() << "then " << static_cast<int>(other.mode));
@@ -104,13 +79,13 @@ TEST_F(Files, EachModeOpensSharesReadsAndWritesOnlyAsItMay) {
         EXPECT_EQ(file->Read(&byte, 1, nullptr) == 0, m.reads);
         EXPECT_EQ(file->Write("x", 1, nullptr) == 0, m.writes);
         file.reset();
-        EXPECT_EQ(ReadBytes(path), m.after);
+        EXPECT_EQ(test::ReadBytes(path), m.after);
         std::filesystem::remove(std::filesystem::path(path));
     }
 }
 
 TEST_F(Files, ReadSeekSizeAndSetEndOfFileShrinkAndGrow) {
-    WriteBytes(path, "0123456789");
+    test::WriteBytes(path, "0123456789");
     auto file = OpenOk(path, OpenMode::ReadWriteExisting);
     EXPECT_EQ(SeekTo(*file, -3, SeekOrigin::End), 7);
     EXPECT_EQ(SeekTo(*file, -2, SeekOrigin::Current), 5);
@@ -129,33 +104,33 @@ TEST_F(Files, ReadSeekSizeAndSetEndOfFileShrinkAndGrow) {
     EXPECT_EQ(file->Write("AB", 2, &count), 0u);
     EXPECT_EQ(count, 2u);
     file.reset();
-    EXPECT_EQ(ReadBytes(path), "0AB3" + std::string(96, '\0'));
+    EXPECT_EQ(test::ReadBytes(path), "0AB3" + std::string(96, '\0'));
 }
 
 TEST_F(Files, CopyReplacesTheTargetOrFailsWithoutTouchingIt) {
     const std::u16string target = path + u".bak";
-    WriteBytes(path, "short");
+    test::WriteBytes(path, "short");
     EXPECT_EQ(fs.Copy(path, target), 0u);
-    EXPECT_EQ(ReadBytes(target), "short");
-    WriteBytes(target, "a much longer old backup");
+    EXPECT_EQ(test::ReadBytes(target), "short");
+    test::WriteBytes(target, "a much longer old backup");
     EXPECT_EQ(fs.Copy(path, target), 0u);
-    EXPECT_EQ(ReadBytes(target), "short");
+    EXPECT_EQ(test::ReadBytes(target), "short");
 
-    WriteBytes(target, "old");
+    test::WriteBytes(target, "old");
     EXPECT_NE(fs.Copy(path + u".missing", target), 0u);
     for (const auto& [locked, mode] :
          {std::pair{target, OpenMode::ReadShared}, std::pair{path, OpenMode::ReadExclusive}}) {
         auto held = OpenOk(locked, mode);
         EXPECT_EQ(fs.Copy(path, target), kSharingConflict);
     }
-    EXPECT_EQ(ReadBytes(target), "old");
+    EXPECT_EQ(test::ReadBytes(target), "old");
     // No temporary copy is left behind.
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 2);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(temp.dir), {}), 2);
 }
 
 TEST_F(Files, DeleteRemovesAClosedFileAndExistsSeesFilesAndFolders) {
-    WriteBytes(path, "x");
-    EXPECT_TRUE(fs.Exists(folder.u16string()));
+    test::WriteBytes(path, "x");
+    EXPECT_TRUE(fs.Exists(folder));
     {
         auto held = OpenOk(path, OpenMode::ReadShared);
         EXPECT_EQ(fs.Delete(path), kSharingConflict);

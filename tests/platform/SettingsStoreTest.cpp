@@ -6,11 +6,12 @@
 namespace velmora::platform {
 namespace {
 
-TEST(SettingsStore, KeysAndValuesIgnoreCaseAndSurviveTheTextForm) {
+// Keys, values and names are checked through RegistryKey in the store agreement tests; here
+// only what the text form must carry over: both roots, subkeys, default values, quotes, line
+// breaks and letters beyond ASCII.
+TEST(SettingsStore, EverythingSurvivesTheTextForm) {
     MemorySettingsStore store;
     RegistryKey key(store);
-    EXPECT_FALSE(key.Open(StoreRoot::CurrentUser, u"Software\\Trelvik", false));
-    EXPECT_FALSE(key.SetDword(u"Layout", 1));  // a key that is not open does nothing
     ASSERT_TRUE(key.Open(StoreRoot::CurrentUser, u"Software\\Trelvik\\Velmora", true));
     EXPECT_TRUE(key.SetDword(u"Layout", 4));
     EXPECT_TRUE(key.SetString(u"Open in", u"\\My Documents \"Games\"\nline"));
@@ -25,33 +26,22 @@ TEST(SettingsStore, KeysAndValuesIgnoreCaseAndSurviveTheTextForm) {
     ASSERT_TRUE(copy.FromText(store.ToText()));
     EXPECT_EQ(copy.ToText(), store.ToText());
     RegistryKey read(copy);
-    ASSERT_TRUE(read.Open(StoreRoot::CurrentUser, u"SOFTWARE\\trelvik\\VELMORA", false));
+    ASSERT_TRUE(read.Open(StoreRoot::CurrentUser, u"Software\\Trelvik\\Velmora", false));
     std::uint32_t layout = 0;
-    EXPECT_TRUE(read.GetDword(u"layout", &layout));
+    EXPECT_TRUE(read.GetDword(u"Layout", &layout));
     EXPECT_EQ(layout, 4u);
     char16_t text[64];
     EXPECT_TRUE(read.GetString(u"Open in", text, sizeof text));
     EXPECT_EQ(std::u16string(text), u"\\My Documents \"Games\"\nline");
     EXPECT_TRUE(read.GetDefaultString(text, sizeof text));
     EXPECT_EQ(std::u16string(text), u"Velmora.Document");
-    // A buffer one byte short of the text and its terminator reads nothing.
-    EXPECT_FALSE(read.GetString(u"Open in", text, 2 * 27 - 1));
-    EXPECT_EQ(read.ValueSize(u"Open in"), 2 * 27);
-    EXPECT_EQ(read.ValueSize(u"Missing"), -1);
-    EXPECT_FALSE(read.GetDword(u"Open in", &layout));  // longer than a DWORD
     RegistryKey list(copy);
-    ASSERT_TRUE(list.Open(read, u"files", false));
+    ASSERT_TRUE(list.Open(read, u"Files", false));
     EXPECT_TRUE(list.GetString(u"0", text, sizeof text));
     EXPECT_EQ(std::u16string(text), u"caf\u00E9.pgn");
-
-    EXPECT_TRUE(read.DeleteValue(u"LAYOUT"));
-    EXPECT_FALSE(read.Exists(u"Layout"));
-    EXPECT_TRUE(read.DeleteTree(u"Files"));
-    EXPECT_FALSE(list.Open(read, u"Files", false));
-    std::u16string name;
-    EXPECT_EQ(copy.SubkeyNameAt(StoreRoot::ClassesRoot, u"", 0, &name), kStoreOk);
-    EXPECT_EQ(name, u".pgn");
-    EXPECT_EQ(copy.SubkeyNameAt(StoreRoot::ClassesRoot, u"", 1, &name), kStoreNoMoreItems);
+    ASSERT_TRUE(read.Open(StoreRoot::ClassesRoot, u".pgn", false));
+    EXPECT_TRUE(read.GetDefaultString(text, sizeof text));
+    EXPECT_EQ(std::u16string(text), u"pgnfile");
 }
 
 TEST(SettingsStore, TextThatCannotBeReadLeavesAnEmptyStore) {

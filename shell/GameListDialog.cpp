@@ -6,31 +6,29 @@
 #include "game/GameIndex.h"
 #include "game/GameListOrder.h"
 #include "platform/win32/WideText.h"
+#include "resources/resource.h"
 #include "shell/Application.h"
 #include "shell/pocketpc.h"
 
 namespace velmora {
 namespace {
 
-constexpr int kTemplate = 104;
-constexpr int kListId = 1000;
-constexpr int kCloseCommand = 40072;
-constexpr int kColumns = 8;
-
 struct ColumnBox {
     int checkBox;
     int column;
     bool checked;
 };
-constexpr ColumnBox kColumnBoxes[] = {{1001, 2, true},  {1002, 6, false}, {1005, 3, false},
-                                      {1003, 4, false}, {1004, 5, false}, {1056, 7, false}};
-const wchar_t* const kTitles[kColumns] = {L"White", L"Black", L"Result", L"ECO",
-                                          L"Event", L"Round", L"Date",   L"Start"};
+constexpr ColumnBox kColumnBoxes[] = {
+    {IDC_SHOW_RESULT, kColumnResult, true}, {IDC_SHOW_DATE, kColumnDate, false},
+    {IDC_SHOW_ECO, kColumnEco, false},      {IDC_SHOW_EVENT, kColumnEvent, false},
+    {IDC_SHOW_ROUND, kColumnRound, false},  {IDC_SHOW_START, kColumnStart, false}};
+const wchar_t* const kTitles[kGameListColumnCount] = {L"White", L"Black", L"Result", L"ECO",
+                                                      L"Event", L"Round", L"Date",   L"Start"};
 
 }  // namespace
 
 GameListDialog::GameListDialog(GameIndex& index)
-    : DialogBase(kTemplate, 0, pocketpc::kDoneButton), index_(index) {}
+    : DialogBase(IDD_GAME_LIST, 0, pocketpc::kDoneButton), index_(index) {}
 
 INT_PTR GameListDialog::Run(HWND parent, std::uint32_t* offsetOut, int* countOut) {
     offsetOut_ = offsetOut;
@@ -40,7 +38,7 @@ INT_PTR GameListDialog::Run(HWND parent, std::uint32_t* offsetOut, int* countOut
 
 BOOL GameListDialog::OnInitDialog() {
     if (!DialogBase::OnInitDialog()) return FALSE;
-    list_ = GetDlgItem(window_, kListId);
+    list_ = GetDlgItem(window_, IDC_GAME_LIST);
     RECT listRect{};
     GetWindowRect(list_, &listRect);
     MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&listRect), 2);
@@ -57,7 +55,7 @@ BOOL GameListDialog::OnInitDialog() {
     RECT client{};
     GetClientRect(window_, &client);
     int nameWidth = (client.right - GetSystemMetrics(SM_CXVSCROLL) - resultSize.cx) / 2 - 2;
-    for (int column = 0; column < kColumns; ++column) {
+    for (int column = 0; column < kGameListColumnCount; ++column) {
         LVCOLUMNW description{};
         description.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
         description.fmt = LVCFMT_LEFT;
@@ -68,7 +66,7 @@ BOOL GameListDialog::OnInitDialog() {
                      reinterpret_cast<LPARAM>(&description));
     }
     Fill();
-    CheckDlgButton(window_, 1001, BST_CHECKED);
+    CheckDlgButton(window_, IDC_SHOW_RESULT, BST_CHECKED);
     Layout();
     return TRUE;
 }
@@ -89,7 +87,7 @@ void GameListDialog::Fill() {
         item.lParam = reinterpret_cast<LPARAM>(summary);
         int row = static_cast<int>(
             SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-        for (int column = 1; column < kColumns; ++column) {
+        for (int column = 1; column < kGameListColumnCount; ++column) {
             if (column == 3 && summary->eco.IsNull()) continue;
             std::wstring text = platform::win32::ToWin32(CellText(*summary, column));
             LVITEMW sub{};
@@ -132,7 +130,7 @@ INT_PTR GameListDialog::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_NOTIFY: {
             auto* header = reinterpret_cast<NMHDR*>(lParam);
-            if (header->idFrom != kListId) break;
+            if (header->idFrom != IDC_GAME_LIST) break;
             if (header->code == LVN_COLUMNCLICK) {
                 SortBy(reinterpret_cast<NMLISTVIEW*>(lParam)->iSubItem);
                 return TRUE;
@@ -170,7 +168,7 @@ INT_PTR GameListDialog::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
 
 BOOL GameListDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
     int id = LOWORD(wParam);
-    if (id == IDOK || id == kCloseCommand) {
+    if (id == IDOK || id == ID_CLOSE_GAME) {
         EndDialog(window_, 2);
         return TRUE;
     }

@@ -9,6 +9,7 @@
 #include "game/UserMessages.h"
 #include "gamewindow/CommentPane.h"
 #include "platform/SettingsStore.h"
+#include "resources/resource.h"
 #include "shell/Application.h"
 #include "shell/DialogBase.h"
 #include "shell/DrawingResources.h"
@@ -20,10 +21,6 @@ namespace velmora {
 namespace {
 
 constexpr LANGID kFrench = 0x040C;
-constexpr int kMainWindowError = 40059;
-constexpr int kCaption = 40018;
-constexpr int kAssociationQuestionText = 40028;
-constexpr int kAccelerators = 3;
 
 // Portable code's messages and questions, shown as message boxes.
 class MessageBoxes : public UserMessages {
@@ -84,7 +81,7 @@ int Run(HINSTANCE instance, const wchar_t* commandLine) {
     auto settings = std::make_unique<Settings>();
     app.settings = settings.get();
     settings->associationQuestion = [] {
-        return MessageFromStrings(kAssociationQuestionText, kCaption, MB_YESNO | MB_ICONQUESTION);
+        return MessageFromStrings(IDS_ASK_DEFAULT_VIEWER, IDS_CAPTION, MB_YESNO | MB_ICONQUESTION);
     };
     settings->Load(platform::SystemSettingsStore());
     GlobalTagDictionary().Load();
@@ -107,12 +104,12 @@ int Run(HINSTANCE instance, const wchar_t* commandLine) {
     HWND window = mainWindow->Create(instance);
     app.mainWindowHandle = window;
     if (window == nullptr) {
-        MessageFromStrings(kMainWindowError, kCaption, MB_ICONERROR);
+        MessageFromStrings(IDS_CANNOT_CREATE_MAIN_WINDOW, IDS_CAPTION, MB_ICONERROR);
     } else {
         ShowWindow(window, SW_SHOW);
         UpdateWindow(window);
         SetForegroundWindow(window);
-        HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(kAccelerators));
+        HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDA_MAIN));
         if (commandLine != nullptr && commandLine[0] != 0) mainWindow->OpenFile(commandLine);
         looped = true;
         MSG message;

@@ -18,21 +18,8 @@ namespace {
 
 constexpr UINT kFatalErrorMessage = WM_APP + 1;  // 32769
 constexpr UINT kPlainMessage = WM_APP + 2;       // 32770
-constexpr int kShowGameAgain = 1064;
-constexpr int kNewGame = 40069;
-constexpr int kNewPosition = 40080;
-constexpr int kSearch = 40139;
-constexpr int kAbout = 40003;
-constexpr int kExit = 40060;
-constexpr int kReopenFile = 40128;
-constexpr int kOpenNext = 40111;
-constexpr int kMainMenu = 102;
-constexpr int kMainToolbarBitmap = 141;
-constexpr int kToolbarError = 40027;
 // The frame's own command that turns the screen between portrait and landscape.
 constexpr UINT kRotateCommand = 0x7F00;
-constexpr int kAboutPortrait = 103;
-constexpr int kAboutLandscape = 149;
 
 const wchar_t* AllFoldersText() {
     return App().french ? L"Tous les dossiers" : L"All Folders";
@@ -73,7 +60,7 @@ void MainWindow::OpenFile(const wchar_t* path) {
     game_.reset();
     index_ = 0;
     file_ = std::make_unique<GameIndex>(Utf16(path));
-    PostMessageW(window_, WM_COMMAND, kReopenFile, 0);
+    PostMessageW(window_, WM_COMMAND, ID_REOPEN_FILE, 0);
 }
 
 LRESULT CALLBACK MainWindow::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -89,11 +76,11 @@ LRESULT CALLBACK MainWindow::WindowProc(HWND window, UINT message, WPARAM wParam
 
 void MainWindow::OnCreate() {
     pocketpc::SetDeviceFrame(window_);
-    menuBar_ = pocketpc::CreateMenuBar(window_, App().resourceInstance, kMainMenu);
-    const pocketpc::ToolButton buttons[] = {{0, kNewGame}, {1, kNewPosition}, {2, kSearch}};
-    if (!pocketpc::AddToolButtons(menuBar_, App().programInstance, kMainToolbarBitmap, 3, buttons,
+    menuBar_ = pocketpc::CreateMenuBar(window_, App().resourceInstance, IDM_MAIN_MENU);
+    const pocketpc::ToolButton buttons[] = {{0, ID_NEW_GAME}, {1, ID_NEW_POSITION}, {2, ID_SEARCH}};
+    if (!pocketpc::AddToolButtons(menuBar_, App().programInstance, IDB_MAIN_TOOLBAR, 3, buttons,
                                   3)) {
-        SystemErrorBoxFromString(GetLastError(), kToolbarError);
+        SystemErrorBoxFromString(GetLastError(), IDS_CANNOT_CREATE_TOOLBAR);
     }
     HMENU system = GetSystemMenu(window_, FALSE);
     if (system != nullptr) {
@@ -242,25 +229,25 @@ void MainWindow::ShowGameWindow() {
 
 void MainWindow::OnCommand(int id) {
     switch (id) {
-        case kNewGame:
+        case ID_NEW_GAME:
             game_ = std::make_unique<Game>();
             index_ = 0;
             ShowGameWindow();
             break;
-        case kShowGameAgain:
+        case ID_SHOW_GAME_AGAIN:
             ShowGameWindow();
             break;
-        case kAbout:
+        case ID_ABOUT:
             ShowAboutDialog(window_);
             break;
-        case kExit:
+        case ID_EXIT:
             PostQuitMessage(0);
             break;
         case IDOK:
             SendMessageW(window_, WM_ACTIVATE, WA_INACTIVE, 0);
             SendMessageW(window_, WM_CLOSE, 0, 0);
             break;
-        case kReopenFile:
+        case ID_REOPEN_FILE:
             if (file_ != nullptr) {
                 int number = 0;
                 std::unique_ptr<Game> game = ChooseAndLoad(*file_, &number, false);
@@ -271,7 +258,7 @@ void MainWindow::OnCommand(int id) {
                 }
             }
             break;
-        case kOpenNext:
+        case ID_OPEN_NEXT:
             if (game_ != nullptr && file_ != nullptr) {
                 GameSummary* next = file_->First();
                 for (int i = 0; i < index_ && next != nullptr; ++i)
@@ -317,7 +304,7 @@ INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
             if (GetWindowLongPtrW(dialog, DWLP_USER) != 0) {
                 LayoutFromTemplate(
                     App().resourceInstance, dialog,
-                    HIWORD(lParam) >= LOWORD(lParam) ? kAboutPortrait : kAboutLandscape);
+                    HIWORD(lParam) >= LOWORD(lParam) ? IDD_ABOUT : IDD_ABOUT_LANDSCAPE);
                 HWND bar = FindWindowExW(dialog, nullptr, L"VelmoraMenuBar", nullptr);
                 pocketpc::PlaceMenuBar(bar);
             }
@@ -333,7 +320,7 @@ INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
 }  // namespace
 
 void ShowAboutDialog(HWND owner) {
-    int templateId = pocketpc::ScreenIsPortrait() ? kAboutPortrait : kAboutLandscape;
+    int templateId = pocketpc::ScreenIsPortrait() ? IDD_ABOUT : IDD_ABOUT_LANDSCAPE;
     HRSRC resource = FindResourceW(App().resourceInstance, MAKEINTRESOURCEW(templateId), RT_DIALOG);
     HGLOBAL loaded = resource != nullptr ? LoadResource(App().resourceInstance, resource) : nullptr;
     if (loaded == nullptr) return;

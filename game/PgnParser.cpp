@@ -61,7 +61,7 @@ int ParseMovesAt(PgnLexer& lexer, Position* position, int atVariationStart, int 
                  int depth);
 
 // Shows that the file could not be opened: the path and the system's text for the error.
-void ReportOpenFailure(const std::u16string& path, platform::ErrorCode error, void* owner) {
+void ReportOpenFailure(const std::u16string& path, platform::ErrorCode error, MessageOwner owner) {
     std::u16string text = u"File '" + path + u"' : ";
     std::u16string system = platform::SystemErrorText(error);
     if (system.empty()) {
@@ -141,7 +141,7 @@ std::u16string QuotedValue(const char16_t* line) {
                                                     : close - open - 1));
 }
 
-int LoadGame(Game& game, void* ownerWindow, std::int64_t offset, int saveMode,
+int LoadGame(Game& game, MessageOwner ownerWindow, std::int64_t offset, int saveMode,
              platform::FileSystem& fileSystem) {
     if (game.FilePath().empty() && game.Owner() != nullptr) {
         game.SetFilePath(game.Owner()->SharedPath());
@@ -332,7 +332,7 @@ const char16_t* MessageFor(int code) {
     return formattedMessage.c_str();
 }
 
-void ShowLoadError(int code, const std::u16string& caption, void* ownerWindow) {
+void ShowLoadError(int code, const std::u16string& caption, MessageOwner ownerWindow) {
     ShowMessage(MessageFor(code), caption, MessageIcon::Error, ownerWindow);
 }
 

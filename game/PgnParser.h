@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "game/UserMessages.h"
 #include "platform/File.h"
 
 namespace velmora {
@@ -31,7 +32,7 @@ enum PgnError : int {
 // Loads the game whose first tag line starts at offset of the game's file into game, storing
 // saveMode for saving. Returns a PgnError; on failure the game keeps what was read so far. A
 // file that cannot be opened is reported to the user here ("Unable to load file").
-int LoadGame(Game& game, void* ownerWindow, std::int64_t offset, int saveMode,
+int LoadGame(Game& game, MessageOwner ownerWindow, std::int64_t offset, int saveMode,
              platform::FileSystem& fileSystem = platform::SystemFileSystem());
 // The same from a reader already open on the game's file, which is left wherever the game
 // ends: loading many games of one file this way reads it once instead of once a game.
@@ -46,7 +47,7 @@ const char16_t* MessageFor(int code);
 // The argument of the last failure of ParseMoves (move or token text).
 const char16_t* LastErrorArgument();
 // Shows MessageFor(code) with the caption and the error icon.
-void ShowLoadError(int code, const std::u16string& caption, void* ownerWindow);
+void ShowLoadError(int code, const std::u16string& caption, MessageOwner ownerWindow);
 // The text between the first double quote of line and the next one (or the line's end).
 std::u16string QuotedValue(const char16_t* line);
 

@@ -24,7 +24,7 @@ std::u16string PathOf(const Game& game) {
 
 // Shows why saving to path failed and returns kSaveFailed.
 std::int32_t ReportFailure(const std::u16string& path, platform::ErrorCode error,
-                           void* ownerWindow) {
+                           MessageOwner ownerWindow) {
     ShowMessage(platform::ErrorTextOrCode(error), u"Unable to save game in '" + path + u"'",
                 MessageIcon::Error, ownerWindow);
     return kSaveFailed;
@@ -48,7 +48,7 @@ platform::ErrorCode CopyBlocks(platform::File& from, platform::File& to, std::in
 }
 
 // Writes the game over the file from its start; the old file's tail stays when it was longer.
-std::int32_t SaveWhole(Game& game, const std::u16string& path, void* ownerWindow,
+std::int32_t SaveWhole(Game& game, const std::u16string& path, MessageOwner ownerWindow,
                        platform::FileSystem& fileSystem) {
     platform::ErrorCode error = 0;
     std::unique_ptr<platform::File> file =
@@ -65,7 +65,7 @@ std::int32_t SaveWhole(Game& game, const std::u16string& path, void* ownerWindow
 // Rebuilds the file from its ".bak" copy: the bytes before the game's start offset, the game's
 // new text, then the bytes from its old end offset on. The owner learns how far the games
 // behind it moved. Any failure after the copy was made leaves the copy in place.
-std::int32_t SaveSpliced(Game& game, const std::u16string& path, void* ownerWindow,
+std::int32_t SaveSpliced(Game& game, const std::u16string& path, MessageOwner ownerWindow,
                          platform::FileSystem& fileSystem) {
     const std::u16string backupPath = path + u".bak";
     platform::ErrorCode error = fileSystem.Copy(path, backupPath);
@@ -103,7 +103,7 @@ std::int32_t SaveSpliced(Game& game, const std::u16string& path, void* ownerWind
 
 // Makes gameFile the game's owner and its path the game's, then writes the game behind the
 // file's text, after one CR LF, or as a new file.
-std::int32_t AppendTo(Game& game, void* ownerWindow, GameIndex& gameFile,
+std::int32_t AppendTo(Game& game, MessageOwner ownerWindow, GameIndex& gameFile,
                       platform::FileSystem& fileSystem) {
     game.SetOwner(&gameFile);
     game.SetFilePath(gameFile.SharedPath());
@@ -131,7 +131,7 @@ std::int32_t AppendTo(Game& game, void* ownerWindow, GameIndex& gameFile,
     return 0;
 }
 
-std::int32_t SaveInPlace(Game& game, void* ownerWindow, platform::FileSystem& fileSystem) {
+std::int32_t SaveInPlace(Game& game, MessageOwner ownerWindow, platform::FileSystem& fileSystem) {
     const std::u16string path = PathOf(game);
     // Intended: below save mode 2 the file is overwritten from its start but not truncated.
     if (game.saveMode < 2) return SaveWhole(game, path, ownerWindow, fileSystem);
@@ -140,7 +140,7 @@ std::int32_t SaveInPlace(Game& game, void* ownerWindow, platform::FileSystem& fi
 
 // Asks the primary observer for a target when the game has no location yet; a cancelled
 // choice returns 0 without a message.
-int Save(Game& game, void* ownerWindow, platform::FileSystem& fileSystem) {
+int Save(Game& game, MessageOwner ownerWindow, platform::FileSystem& fileSystem) {
     std::int32_t result = 0;
     if (!game.hasLocation) {
         std::u16string path;
@@ -161,7 +161,7 @@ int Save(Game& game, void* ownerWindow, platform::FileSystem& fileSystem) {
     return 1;
 }
 
-int PromptSave(Game& game, void* ownerWindow, platform::FileSystem& fileSystem) {
+int PromptSave(Game& game, MessageOwner ownerWindow, platform::FileSystem& fileSystem) {
     if (!game.modified) return 1;
     const int answer =
         GetUserMessages().Show(u"Do you want to save the game ?", u"The game has been changed",

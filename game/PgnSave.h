@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "game/UserMessages.h"
 #include "platform/File.h"
 
 namespace velmora {
@@ -14,19 +15,19 @@ constexpr std::int32_t kSaveFailed = static_cast<std::int32_t>(0x80004005);  // 
 
 // Appends the game to the index's file (created when missing) and tells the index. Returns 0
 // or kSaveFailed after reporting the failure to the user.
-std::int32_t AppendTo(Game& game, void* ownerWindow, GameIndex& gameFile,
+std::int32_t AppendTo(Game& game, MessageOwner ownerWindow, GameIndex& gameFile,
                       platform::FileSystem& fileSystem = platform::SystemFileSystem());
 // Writes the game over its old place: from the file's start for a save mode below 2 (the file
 // is not truncated), else spliced between its start and end offsets through a ".bak" copy.
 // Returns 0 or kSaveFailed after reporting the failure to the user.
-std::int32_t SaveInPlace(Game& game, void* ownerWindow,
+std::int32_t SaveInPlace(Game& game, MessageOwner ownerWindow,
                          platform::FileSystem& fileSystem = platform::SystemFileSystem());
 // Saves in place, or asks the primary observer for a target when the game has none yet and
 // appends it there. Returns 1 when saved; reports "Unable to save game" and returns 0 if not.
-int Save(Game& game, void* ownerWindow,
+int Save(Game& game, MessageOwner ownerWindow,
          platform::FileSystem& fileSystem = platform::SystemFileSystem());
 // Asks whether to save a modified game. Returns 1 to go on (saved or not), 0 to cancel.
-int PromptSave(Game& game, void* ownerWindow,
+int PromptSave(Game& game, MessageOwner ownerWindow,
                platform::FileSystem& fileSystem = platform::SystemFileSystem());
 
 }  // namespace velmora

@@ -5,6 +5,11 @@
 
 namespace velmora {
 
+// The window a message belongs to, as the program knows it; portable code only passes it on.
+// Null stands for the application's main window.
+struct MessageOwnerWindow;
+using MessageOwner = MessageOwnerWindow*;
+
 enum class MessageIcon { None, Error, Warning, Question, Stop };
 enum class MessageButtons { Ok, YesNo, YesNoCancel };
 // Answers, numbered like the Win32 dialog results.
@@ -18,7 +23,7 @@ class UserMessages {
     // Shows text with caption and returns the answer (kAnswerOk for a plain message). owner is
     // the window the message belongs to, or null for the application's main window.
     virtual int Show(const std::u16string& text, const std::u16string& caption, MessageIcon icon,
-                     MessageButtons buttons, void* owner) = 0;
+                     MessageButtons buttons, MessageOwner owner) = 0;
 };
 
 // Installs the program-wide implementation (null restores the default, which answers every
@@ -28,7 +33,7 @@ UserMessages& GetUserMessages();
 
 // Shows a plain message with an OK button.
 inline int ShowMessage(const std::u16string& text, const std::u16string& caption, MessageIcon icon,
-                       void* owner = nullptr) {
+                       MessageOwner owner = nullptr) {
     return GetUserMessages().Show(text, caption, icon, MessageButtons::Ok, owner);
 }
 

@@ -295,7 +295,7 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
             return TRUE;
         case ID_SAVE:
         case ID_SAVE_IF_MODIFIED:
-            if (game_.modified) Save(game_, window_);
+            if (game_.modified) Save(game_, OwnerOf(window_));
             return TRUE;
         case ID_ABOUT:
             ShowAboutDialog(window_);
@@ -362,7 +362,7 @@ int BoardView::QueryClose() {
         int answer = MessageBoxW(window_, L"Do you want to save the game ?",
                                  L"The game has been changed", MB_YESNOCANCEL);
         if (answer == IDCANCEL) return 0;
-        if (answer == IDYES && !Save(game_, window_)) return 0;
+        if (answer == IDYES && !Save(game_, OwnerOf(window_))) return 0;
     }
     return 1;
 }

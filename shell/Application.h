@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include "game/UserMessages.h"
+
 namespace velmora {
 
 class Settings;
@@ -32,6 +34,14 @@ inline const wchar_t* Wide(const char16_t* text) {
 }
 inline const char16_t* Utf16(const wchar_t* text) {
     return reinterpret_cast<const char16_t*>(text);
+}
+
+// The window handle as portable code passes it on to messages, and back.
+inline MessageOwner OwnerOf(HWND window) {
+    return reinterpret_cast<MessageOwner>(window);
+}
+inline HWND WindowOf(MessageOwner owner) {
+    return reinterpret_cast<HWND>(owner);
 }
 
 }  // namespace velmora

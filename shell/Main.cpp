@@ -26,7 +26,7 @@ constexpr LANGID kFrench = 0x040C;
 class MessageBoxes : public UserMessages {
   public:
     int Show(const std::u16string& text, const std::u16string& caption, MessageIcon icon,
-             MessageButtons buttons, void* owner) override {
+             MessageButtons buttons, MessageOwner owner) override {
         UINT style = buttons == MessageButtons::YesNo         ? MB_YESNO
                      : buttons == MessageButtons::YesNoCancel ? MB_YESNOCANCEL
                                                               : MB_OK;
@@ -46,7 +46,7 @@ class MessageBoxes : public UserMessages {
             case MessageIcon::None:
                 break;
         }
-        HWND window = owner != nullptr ? static_cast<HWND>(owner) : CurrentOwner();
+        HWND window = owner != nullptr ? WindowOf(owner) : CurrentOwner();
         return MessageBoxW(window, Wide(text.c_str()), Wide(caption.c_str()), style);
     }
 };

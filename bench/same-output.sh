@@ -1,0 +1,120 @@
+#!/usr/bin/env bash
+# Records everything velmora-pgn prints for the shared collections, so that a change meant to
+# keep behaviour can be checked byte for byte against the program as it was.
+#
+# Usage: bash bench/same-output.sh save DIR [TOOL]      writes the outputs of TOOL into DIR
+#        bash bench/same-output.sh compare DIR [TOOL]   writes them again and compares with DIR
+# TOOL defaults to build/release/cli/velmora-pgn (built here when missing). For every *.pgn of
+# ../shared/data and ../shared/data/edge it keeps: list, check, show and fens of every game,
+# and a set of searches (players, ECO, result, positions, material), each with its exit status
+# and standard error. JOBS=N runs N commands at once (default 2).
+set -euo pipefail
+export LC_ALL=C
+source "$(dirname "${BASH_SOURCE[0]}")/../scripts/common.sh"
+
+mode=${1:-}
+dir=${2:-}
+tool=${3:-$velmora_root/build/release/cli/velmora-pgn}
+jobs=${JOBS:-2}
+data=$(cd "$velmora_root/../shared/data" && pwd)
+if [ "$mode" != save ] && [ "$mode" != compare ] || [ -z "$dir" ]; then
+    sed -n '5,10p' "$0" | sed 's/^# \{0,1\}//' >&2
+    exit 2
+fi
+if [ ! -x "$tool" ]; then
+    velmora_build "$velmora_root/build/release" -DCMAKE_BUILD_TYPE=Release \
+        -DVELMORA_BUILD_TESTS=OFF >/dev/null
+fi
+tool=$(cd "$(dirname "$tool")" && pwd)/$(basename "$tool")
+
+out=$dir
+if [ "$mode" = compare ]; then
+    [ -d "$dir" ] || { echo "No saved outputs in $dir" >&2; exit 2; }
+    out=$(mktemp -d)
+    trap 'rm -rf "$out"' EXIT
+fi
+mkdir -p "$out"
+
+# Runs the tool with the given arguments and prints its output, standard error and exit status
+# (paths shown relative to the data folder, so outputs saved elsewhere compare equal).
+run() {
+    local status=0 err
+    err=$(mktemp)
+    (cd "$data" && "$tool" "$@") 2>"$err" || status=$?
+    sed 's/^/stderr: /' "$err"
+    rm -f "$err"
+    echo "exit: $status"
+}
+export -f run
+export tool data
+
+# show and fens of games FIRST..LAST of FILE, in order.
+games() {
+    local file=$1 first=$2 last=$3 n
+    for ((n = first; n <= last; ++n)); do
+        echo "=== show $n"
+        run show "$file" "$n"
+        echo "=== fens $n"
+        run fens "$file" "$n"
+    done
+}
+export -f games
+
+files=()
+while IFS= read -r path; do files+=("${path#"$data"/}"); done \
+    < <(find "$data" -name '*.pgn' | sort)
+
+for file in "${files[@]}"; do
+    name=${file//\//_}
+    run list "$file" >"$out/$name.list"
+    run check "$file" >"$out/$name.check"
+    count=$(cd "$data" && "$tool" list "$file" 2>/dev/null | wc -l)
+    # Chunks of 100 games, run JOBS at a time, joined in order.
+    chunks=$(mktemp -d)
+    for ((first = 1; first <= count; first += 100)); do
+        last=$((first + 99 > count ? count : first + 99))
+        printf '%s %d %d %s\n' "$file" "$first" "$last" "$chunks/$(printf '%06d' "$first")"
+    done | xargs -P "$jobs" -L 1 bash -c 'games "$0" "$1" "$2" >"$3"'
+    if compgen -G "$chunks/*" >/dev/null; then cat "$chunks"/* >"$out/$name.games"; else : >"$out/$name.games"; fi
+    rm -rf "$chunks"
+    echo "$file: $count games" >&2
+done
+
+# Searches over every file at once; the positions are reached in many of the games.
+{
+    sicilian='rnbqkbnr/pp1ppppp/8/2p5/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2'
+    queens_gambit='rnbqkbnr/ppp1pppp/8/3p4/2PP4/8/PP2PPPP/RNBQKBNR b KQkq - 0 2'
+    ruy_lopez='r1bqkbnr/pppp1ppp/2n5/1B2p3/4P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 3 3'
+    # One query a line, its words separated by "|".
+    queries=(
+        "--white|@carlsen"
+        "--black|@kasparov|--ignore-colors"
+        "--white|@an|--black|@ov|--result|1-0"
+        "--eco|B90"
+        "--eco|E97|--result|1/2-1/2"
+        "--position|$sicilian"
+        "--position|$queens_gambit"
+        "--position|$ruy_lopez|--result|0-1"
+        "--material|P6R2N1B1Q1/P6R2N1B1Q1"
+        "--material|P5R2B1Q1/P5R2N1Q1"
+        "--material|R1/R1"
+        "--material|P1/"
+    )
+    for query in "${queries[@]}"; do
+        echo "=== search $query"
+        IFS='|' read -ra words <<<"$query"
+        run search "${words[@]}" "${files[@]}"
+    done
+} >"$out/search"
+
+if [ "$mode" = compare ]; then
+    if diff -r "$dir" "$out" >"$out.diff" 2>&1; then
+        echo "Identical: every output matches $dir"
+        rm -f "$out.diff"
+    else
+        head -n 40 "$out.diff"
+        echo "DIFFERENT: full differences in $out.diff" >&2
+        trap - EXIT
+        exit 1
+    fi
+fi

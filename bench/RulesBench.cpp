@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "core/MoveRules.h"
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
 
 namespace {

@@ -5,11 +5,12 @@
 
 #include "cli/CommandSupport.h"
 #include "cli/Commands.h"
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/GameIndex.h"
 #include "game/MoveTree.h"
+#include "game/PgnCheck.h"
 #include "game/PgnLineReader.h"
 #include "game/PgnParser.h"
 #include "game/PgnSave.h"
@@ -105,10 +106,10 @@ int LoadNumbered(const GameIndex& index, int number, Game& game, std::ostream& e
         err << " (" << index.Count() << " games)\n";
         return kExitFailed;
     }
-    int code = LoadGame(game, nullptr, entry->offset, index.Count());
-    if (code != kPgnOk) {
+    PgnOutcome outcome = LoadGame(game, nullptr, entry->offset, index.Count());
+    if (!outcome.Ok()) {
         err << "Unable to load game: ";
-        std::u16string message = MessageFor(code);
+        std::u16string message = MessageFor(outcome);
         if (!message.empty() && message.back() == u'\n') message.pop_back();
         Print(err, message);
         err << '\n';
@@ -173,7 +174,7 @@ int RunFens(const Arguments& args, std::ostream& out, std::ostream& err) {
         out << '\n';
         while (MoveNode* node = position->FirstContinuation()) {
             char16_t san[kSanBufferSize];
-            Print(out, std::u16string_view(san, WriteSan(node, san, 1, 0)));
+            Print(out, std::u16string_view(san, WriteSan(node, san, {.withNumber = true})));
             out << '\t';
             position = node->positionAfter;
             Print(out, std::u16string_view(text, position->WriteText(text)));
@@ -214,17 +215,16 @@ int RunCheck(const Arguments& args, std::ostream& out, std::ostream& err) {
             ++number;
             ++games;
             progress.Update("games checked", number);
-            Game game(&index);
-            int code = LoadGame(game, reader, entry->offset, index.Count());
-            if (code == kPgnOk) {
+            PgnOutcome outcome = CheckGame(reader, entry->offset);
+            if (outcome.Ok()) {
                 ++loaded;
                 continue;
             }
             ++failed;
-            std::u16string message = MessageFor(code);
+            std::u16string message = MessageFor(outcome);
             if (!message.empty() && message.back() == u'\n') message.pop_back();
             Print(out, path);
-            out << '\t' << number << '\t' << code << '\t';
+            out << '\t' << number << '\t' << outcome.code << '\t';
             Print(out, message);
             out << '\n';
         }

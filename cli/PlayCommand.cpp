@@ -2,8 +2,8 @@
 #include <memory>
 
 #include "cli/Commands.h"
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
 
 namespace velmora::cli {
@@ -64,7 +64,7 @@ int RunPlay(const Arguments& args, std::ostream& out, std::ostream& err) {
             return kExitFailed;
         }
         char16_t san[kSanBufferSize];
-        int length = WriteSan(next->ArrivalNode(), san, 1, 0);
+        int length = WriteSan(next->ArrivalNode(), san, {.withNumber = true});
         Print(out, std::u16string_view(san, length));
         out << '\t';
         PrintPositionText(out, *next);

@@ -4,7 +4,7 @@
 
 #include "cli/CommandSupport.h"
 #include "cli/Commands.h"
-#include "core/Position.h"
+#include "core/PositionText.h"
 #include "game/GameSearch.h"
 
 namespace velmora::cli {
@@ -134,8 +134,8 @@ int RunSearch(const Arguments& args, std::ostream& out, std::ostream& err) {
                                                         : -2;
                 if (criteria.result == -2) return usage("--result is 1-0, 1/2-1/2 or 0-1.");
             } else if (arg == u"--position") {
-                criteria.position = std::make_unique<Position>();
-                if (!criteria.position->SetFromText(value.c_str())) {
+                criteria.position.emplace();
+                if (!ReadPositionText(value.c_str(), &*criteria.position)) {
                     return usage("--position: the position text cannot be read.");
                 }
             } else if (!ReadMaterial(value, &criteria)) {

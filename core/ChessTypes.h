@@ -47,6 +47,16 @@ constexpr Colour OtherSide(Colour colour) {
     return static_cast<Colour>(32 - colour);
 }
 
+// A move by its squares, with the promotion type (2..5, or 0 when the move promotes nothing
+// or the piece is still to be chosen).
+struct Move {
+    Square from = kNoSquare;
+    Square to = kNoSquare;
+    std::uint8_t promotion = 0;
+
+    friend bool operator==(const Move&, const Move&) = default;
+};
+
 // Maps a promotion letter (either case) to rook 2, knight 3, bishop 4 or queen 5; anything
 // else, the king and pawn letters included, gives 0.
 constexpr int TypeFromLetter(int ch) {

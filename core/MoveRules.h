@@ -1,30 +1,36 @@
-// Move rules: geometry, attacks, the full legality test and the promotion chooser.
+// Move rules: geometry, attacks, the legality test and playing a move on a position value.
 #pragma once
 
 #include <cstdint>
 
 #include "core/ChessTypes.h"
+#include "core/PositionValue.h"
 
 namespace velmora {
 
-class Position;
+// Whether the piece on from moves to to geometrically (clear paths, pawn rules). Neither the
+// side to move nor king safety is looked at; an empty from square answers true.
+bool PieceMoves(const PositionValue& position, Square from, Square to);
+// Whether every square strictly between from and to is empty, stepping by step.
+bool RayClear(const PositionValue& position, Square from, Square to, int step);
+// Whether a piece not of colour can move to square under PieceMoves. A square of -1 means the
+// square of colour's king; without that king the answer is false.
+bool IsAttacked(const PositionValue& position, Colour colour, int square);
+// Whether the king of the side to move is attacked.
+bool InCheck(const PositionValue& position);
 
-// Returns 1 when the piece on from moves to to geometrically (clear paths, pawn rules), else
-// 0. Neither the side to move nor king safety is looked at; an empty from square answers 1.
-int PieceMoves(const Position& position, Square from, Square to);
-// Returns 1 when every square strictly between from and to is empty, stepping by step.
-int RayClear(const Position& position, Square from, Square to, int step);
-// Returns 1 when a piece not of colour can move to square under PieceMoves. A square of -1
-// means the square of colour's king; without that king the answer is 0.
-int IsAttacked(const Position& position, Colour colour, int square);
-// Runs the full legality test of from -> to, stores the pair and the result in the position's
-// tested fields and returns the result. needsPromotion (may be null) is set to 1 for a pawn
-// reaching the last rank, legal or not.
-int TestMove(Position& position, Square from, Square to, int* needsPromotion);
+// Runs the full legality test of from -> to. Whose turn it is does not matter: the callers
+// choose the from square, and an empty one is judged by its colour's king safety alone.
+// needsPromotion (may be null) is set for a pawn reaching the last rank, legal or not.
+bool IsLegalMove(const PositionValue& position, Square from, Square to,
+                 bool* needsPromotion = nullptr);
+// Whether the piece on from is a pawn that reaches its last rank on to.
+bool IsPromotion(const PositionValue& position, Square from, Square to);
 // Fills squares (room for 64) with every square other than from that holds the piece code
 // (the code on from when code is 0) and whose piece may legally move to to, in square order.
-// Returns the count. Each candidate goes through TestMove, so the tested pair changes.
-int CandidateOrigins(Position& position, PieceCode code, Square from, Square to, Square* squares);
+// Returns the count.
+int CandidateOrigins(const PositionValue& position, PieceCode code, Square from, Square to,
+                     Square* squares);
 
 // What playing a move did to the board besides moving the piece.
 struct MoveEffects {
@@ -38,7 +44,21 @@ struct MoveEffects {
 // castling rook and noting a double step. Promotion and castle flags are left to the caller.
 MoveEffects ApplyMoveToBoard(PieceCode* board, Square from, Square to, Square enPassant);
 // Clears the castle flags that a piece leaving square gives up (king or rook home squares).
-void ClearCastleFlags(Position& position, Square left);
+void ClearCastleFlags(PositionValue& position, Square left);
+// The promotion a move really makes: its own type, the queen when it gives none, and 0 when
+// the piece on from is not a pawn reaching its last rank.
+std::uint8_t EffectivePromotion(const PositionValue& position, Move move);
+
+// What PlayOnValue did.
+struct PlayedMove {
+    MoveEffects effects;
+    std::uint8_t promotion = 0;  // the type promoted to, 0 for none
+    bool givesCheck = false;     // the king of the new side to move is attacked
+};
+// Plays a move that passed IsLegalMove: the board, en passant, castle flags, side to move,
+// move number and promotion (the queen when the move gives no type). The evaluation glyph
+// goes back to 0.
+PlayedMove PlayOnValue(PositionValue& position, Move move);
 
 // The program-wide promotion chooser: given the caller's context it returns the piece type
 // (2..5) to promote to, or 0 for no choice (the queen is taken then).

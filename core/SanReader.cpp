@@ -1,8 +1,7 @@
-// SAN reading: castling, pawn moves with their from square inferred, piece moves with hints.
+// SAN reading: the text of a move parsed on its own, then resolved on a position.
 #include <cstddef>
 
 #include "core/MoveRules.h"
-#include "core/Position.h"
 #include "core/San.h"
 
 namespace velmora {
@@ -23,188 +22,235 @@ bool IsRankDigit(unsigned c) {
     return c >= '1' && c <= '8';
 }
 
-// Reads the characters of a move token; every index at or past the end reads as 0.
+// Reads the characters of a move token; every index at or past its end reads as 0. Only the
+// first few characters are ever looked at, so the text is never measured.
 template <typename Ch>
 class Token {
   public:
-    explicit Token(const Ch* text) : text_(text) {
-        while (text_[length_] != 0)
-            ++length_;
+    explicit Token(const Ch* text) : text_(text) {}
+    unsigned At(std::size_t i) const {
+        for (std::size_t k = 0; k < i; ++k) {
+            if (text_[k] == 0) return 0;
+        }
+        return Unit(text_[i]);
     }
-    unsigned At(std::size_t i) const { return i < length_ ? Unit(text_[i]) : 0u; }
     bool StartsWith(const char* prefix) const {
         for (std::size_t i = 0; prefix[i] != 0; ++i) {
-            if (At(i) != Unit(prefix[i])) return false;
+            if (text_[i] == 0 || Unit(text_[i]) != Unit(prefix[i])) return false;
         }
         return true;
     }
     // The square named by a file letter at i and a rank digit at i + 1, or -1.
     int SquareAt(std::size_t i) const {
-        if (!IsFileLetter(At(i)) || !IsRankDigit(At(i + 1))) return -1;
-        return MakeSquare(At(i) - 'a', At(i + 1) - '1');
+        unsigned file = At(i);
+        if (!IsFileLetter(file)) return -1;
+        unsigned rank = At(i + 1);
+        if (!IsRankDigit(rank)) return -1;
+        return MakeSquare(static_cast<int>(file - 'a'), static_cast<int>(rank - '1'));
     }
 
   private:
     const Ch* text_;
-    std::size_t length_ = 0;
 };
 
-struct ParsedMove {
-    int from = -1;
-    int to = -1;
-    int promotion = 0;
-};
+std::uint8_t PromotionType(unsigned letter) {
+    switch (letter) {
+        case 'B':
+            return kBishop;
+        case 'N':
+            return kKnight;
+        case 'R':
+            return kRook;
+        case 'Q':
+            return kQueen;
+        default:
+            return 0;
+    }
+}
 
-// Reads a pawn move: a push, or a capture written "exd5" or "ed5". Fails (false) on a target
-// that is no square or a missing or unknown promotion letter on the last rank.
+// Reads a pawn move: a push, or a capture written "exd5" or "ed5".
 template <typename Ch>
-bool ReadPawnMove(const Position& position, const Token<Ch>& token, ParsedMove* move) {
-    bool white = position.sideToMove == kWhite;
-    int fromFile = static_cast<int>(token.At(0) - 'a');
+bool ParsePawnMove(const Token<Ch>& token, SanMove* move) {
     std::size_t targetAt = 0;
     std::size_t promotionAt = 2;
-    bool capture = true;
+    move->kind = SanKind::Pawn;
+    move->fromFile = -1;
     if (token.At(1) == 'x') {
         targetAt = 2;
         promotionAt = 4;
+        move->fromFile = static_cast<std::int8_t>(token.At(0) - 'a');
     } else if (IsFileLetter(token.At(1))) {
         targetAt = 1;
         promotionAt = 3;
-    } else {
-        capture = false;
+        move->fromFile = static_cast<std::int8_t>(token.At(0) - 'a');
     }
     int to = token.SquareAt(targetAt);
     if (to < 0) return false;
-    int rank = RankOf(to);
-    int from;
-    if (capture) {
-        from = fromFile + 8 * (white ? rank - 1 : rank + 1);
-    } else if (white) {
-        // A push to the fourth rank comes from the third when anything stands there.
-        from = rank == 3 ? (position.board[to - 8] ? to - 8 : to - 16) : to - 8;
-    } else {
-        from = rank == 4 ? (position.board[to + 8] ? to + 8 : to + 16) : to + 8;
-    }
-    move->from = from;
-    move->to = to;
-    if ((white && rank == 7) || (!white && rank == 0)) {
-        unsigned letter = token.At(promotionAt);
-        if (letter == '=') letter = token.At(promotionAt + 1);
-        switch (letter) {
-            case 'B':
-                move->promotion = kBishop;
-                break;
-            case 'N':
-                move->promotion = kKnight;
-                break;
-            case 'R':
-                move->promotion = kRook;
-                break;
-            case 'Q':
-                move->promotion = kQueen;
-                break;
-            default:
-                return false;
-        }
-    }
+    move->to = static_cast<Square>(to);
+    unsigned letter = token.At(promotionAt);
+    if (letter == '=') letter = token.At(promotionAt + 1);
+    move->promotion = PromotionType(letter);
     return true;
 }
 
-// Reads a piece move such as "Nf3", "Nbd7", "R1e2" or "Kxe2" and finds its from square among
-// the pieces that may legally go there. Ambiguous text takes the first candidate in square
-// order that agrees with the hint.
+// Reads a piece move such as "Nf3", "Nbd7", "R1e2" or "Kxe2".
 template <typename Ch>
-bool ReadPieceMove(Position& position, const Token<Ch>& token, ParsedMove* move) {
-    int type;
+bool ParsePieceMove(const Token<Ch>& token, SanMove* move) {
+    move->kind = SanKind::Piece;
     switch (token.At(0)) {
         case 'B':
-            type = kBishop;
+            move->pieceType = kBishop;
             break;
         case 'N':
-            type = kKnight;
+            move->pieceType = kKnight;
             break;
         case 'Q':
-            type = kQueen;
+            move->pieceType = kQueen;
             break;
         case 'R':
-            type = kRook;
+            move->pieceType = kRook;
             break;
         default:
-            type = kKing;
+            move->pieceType = kKing;
             break;
     }
-    PieceCode code = static_cast<PieceCode>(position.sideToMove + type);
-    int fileHint = -1;
-    int rankHint = -1;
     int to = -1;
     std::size_t i = 1;
     if (IsFileLetter(token.At(1))) {
         if (IsRankDigit(token.At(2))) {
             to = token.SquareAt(1);
         } else {
-            fileHint = static_cast<int>(token.At(1) - 'a');
+            move->fromFile = static_cast<std::int8_t>(token.At(1) - 'a');
             i = 2;
         }
     }
     if (to < 0) {
-        if (IsRankDigit(token.At(i))) rankHint = static_cast<int>(token.At(i++) - '1');
+        if (IsRankDigit(token.At(i))) move->fromRank = static_cast<std::int8_t>(token.At(i++) - '1');
         if (token.At(i) == 'x') ++i;
         to = token.SquareAt(i);
         if (to < 0) return false;
     }
-    move->to = to;
-    if (fileHint >= 0 && rankHint >= 0) {
-        move->from = MakeSquare(fileHint, rankHint);
+    move->to = static_cast<Square>(to);
+    return true;
+}
+
+template <typename Ch>
+bool ParseSanText(const Ch* text, SanMove* move) {
+    Token<Ch> token(text);
+    *move = SanMove{};
+    if (token.StartsWith("O-O-O") || token.StartsWith("0-0-0")) {
+        move->kind = SanKind::CastleLong;
         return true;
     }
+    if (token.StartsWith("O-O") || token.StartsWith("0-0")) {
+        move->kind = SanKind::CastleShort;
+        return true;
+    }
+    if (IsFileLetter(token.At(0))) return ParsePawnMove(token, move);
+    return ParsePieceMove(token, move);
+}
+
+// The result for a move whose squares are known: tested when asked to be. A from square off
+// the board (a pawn "captured" from beyond the edge) is never a move.
+SanResolution Checked(const PositionValue& position, Move move, SanLegality legality) {
+    SanResolution result;
+    result.move = move;
+    bool legal = move.from < 64 && (legality == SanLegality::Trusted ||
+                                    IsLegalMove(position, move.from, move.to));
+    result.status = legal ? SanStatus::Ok : SanStatus::NoSuchMove;
+    return result;
+}
+
+SanResolution ResolvePawn(const PositionValue& position, const SanMove& san,
+                          SanLegality legality) {
+    const bool white = position.sideToMove == kWhite;
+    const int to = san.to;
+    const int rank = RankOf(to);
+    int from;
+    if (san.fromFile >= 0) {
+        from = san.fromFile + 8 * (white ? rank - 1 : rank + 1);
+    } else if (white) {
+        // A push to the fourth rank comes from the third when anything stands there.
+        from = rank == 3 ? (position.At(to - 8) ? to - 8 : to - 16) : to - 8;
+    } else {
+        from = rank == 4 ? (position.At(to + 8) ? to + 8 : to + 16) : to + 8;
+    }
+    Move move{static_cast<Square>(from < 0 ? kNoSquare : from), san.to, 0};
+    if ((white && rank == 7) || (!white && rank == 0)) {
+        if (san.promotion == 0) return SanResolution{move, SanStatus::Unreadable};
+        move.promotion = san.promotion;
+    }
+    return Checked(position, move, legality);
+}
+
+SanResolution ResolvePiece(const PositionValue& position, const SanMove& san,
+                           SanLegality legality) {
+    const int fileHint = san.fromFile;
+    const int rankHint = san.fromRank;
+    if (fileHint >= 0 && rankHint >= 0) {
+        return Checked(position, Move{MakeSquare(fileHint, rankHint), san.to, 0}, legality);
+    }
+    const PieceCode code = static_cast<PieceCode>(position.sideToMove + san.pieceType);
     Square candidates[64];
-    int count = CandidateOrigins(position, code, kNoSquare, static_cast<Square>(to), candidates);
+    const int count = CandidateOrigins(position, code, kNoSquare, san.to, candidates);
+    SanResolution result;
+    result.status = SanStatus::NoSuchMove;
     for (int k = 0; k < count; ++k) {
         Square s = candidates[k];
         if (count == 1 ||
             ((fileHint < 0 || FileOf(s) == fileHint) && (rankHint < 0 || RankOf(s) == rankHint))) {
-            move->from = s;
-            // Every candidate passed the legality test just now: record the chosen one as the
-            // tested pair, so that playing it does not test it again.
-            position.testedFrom = s;
-            position.testedTo = static_cast<Square>(to);
-            position.testedResult = 1;
-            return true;
+            if (result.status == SanStatus::Ok) {
+                result.status = SanStatus::Ambiguous;
+                break;
+            }
+            result.move = Move{s, san.to, 0};
+            result.status = SanStatus::Ok;
         }
     }
-    return false;
+    return result;
 }
 
 template <typename Ch>
-Position* ReadSanText(Position* position, const Ch* text) {
-    Token<Ch> token(text);
-    bool white = position->sideToMove == kWhite;
-    ParsedMove move;
-    if (token.StartsWith("O-O-O") || token.StartsWith("0-0-0")) {
-        move.from = white ? 4 : 60;
-        move.to = white ? 2 : 58;
-    } else if (token.StartsWith("O-O") || token.StartsWith("0-0")) {
-        move.from = white ? 4 : 60;
-        move.to = white ? 6 : 62;
-    } else if (IsFileLetter(token.At(0))) {
-        if (!ReadPawnMove(*position, token, &move)) return nullptr;
-    } else if (!ReadPieceMove(*position, token, &move)) {
-        return nullptr;
-    }
-    if (Position* known = position->FindContinuation(move.from, move.to, move.promotion)) {
-        return known;
-    }
-    return position->PlayMove(move.from, move.to, nullptr, move.promotion, nullptr);
+SanResolution ReadSanText(const PositionValue& position, const Ch* text, SanLegality legality) {
+    SanMove san;
+    if (!ParseSanText(text, &san)) return SanResolution{};
+    return ResolveSan(position, san, legality);
 }
 
 }  // namespace
 
-Position* ReadSan(Position* position, const char16_t* text) {
-    return ReadSanText(position, text);
+bool ParseSan(const char16_t* text, SanMove* move) {
+    return ParseSanText(text, move);
 }
 
-Position* ReadSan(Position* position, const char* text) {
-    return ReadSanText(position, text);
+bool ParseSan(const char* text, SanMove* move) {
+    return ParseSanText(text, move);
+}
+
+SanResolution ResolveSan(const PositionValue& position, const SanMove& san,
+                         SanLegality legality) {
+    const bool white = position.sideToMove == kWhite;
+    switch (san.kind) {
+        case SanKind::CastleLong:
+            return Checked(position, white ? Move{4, 2, 0} : Move{60, 58, 0}, legality);
+        case SanKind::CastleShort:
+            return Checked(position, white ? Move{4, 6, 0} : Move{60, 62, 0}, legality);
+        case SanKind::Pawn:
+            return ResolvePawn(position, san, legality);
+        case SanKind::Piece:
+            break;
+    }
+    return ResolvePiece(position, san, legality);
+}
+
+SanResolution ReadSanMove(const PositionValue& position, const char16_t* text,
+                          SanLegality legality) {
+    return ReadSanText(position, text, legality);
+}
+
+SanResolution ReadSanMove(const PositionValue& position, const char* text,
+                          SanLegality legality) {
+    return ReadSanText(position, text, legality);
 }
 
 }  // namespace velmora

@@ -2,9 +2,7 @@
 #include <cstdio>
 
 #include "core/MoveRules.h"
-#include "core/Position.h"
 #include "core/San.h"
-#include "game/MoveTree.h"
 
 namespace velmora {
 
@@ -39,97 +37,95 @@ class TextWriter {
     int length_ = 0;
 };
 
-}  // namespace
-
-void ComputeDisambiguation(MoveNode* node) {
-    if (node->disambiguation[0] != u'?') return;
+// Writes what tells the mover apart from the other pieces of its kind that could go to the
+// same square: nothing, its file letter, its rank digit, or both when neither alone does.
+void PutDisambiguation(TextWriter& out, const PositionValue& before, Move move) {
     Square candidates[64];
-    int count = CandidateOrigins(*node->positionBefore, 0, node->from, node->to, candidates);
+    int count = CandidateOrigins(before, 0, move.from, move.to, candidates);
+    if (count == 0) return;
     bool fileShared = false;
     bool rankShared = false;
     for (int k = 0; k < count; ++k) {
-        fileShared |= FileOf(candidates[k]) == FileOf(node->from);
-        rankShared |= RankOf(candidates[k]) == RankOf(node->from);
+        fileShared |= FileOf(candidates[k]) == FileOf(move.from);
+        rankShared |= RankOf(candidates[k]) == RankOf(move.from);
     }
-    char16_t* text = node->disambiguation;
-    char16_t fileLetter = static_cast<char16_t>(u'a' + FileOf(node->from));
-    char16_t rankDigit = static_cast<char16_t>(u'1' + RankOf(node->from));
-    text[0] = text[1] = text[2] = 0;
-    if (count == 0) return;
+    char fileLetter = static_cast<char>('a' + FileOf(move.from));
+    char rankDigit = static_cast<char>('1' + RankOf(move.from));
     if (!fileShared) {
-        text[0] = fileLetter;
+        out.Put(fileLetter);
     } else if (!rankShared) {
-        text[0] = rankDigit;
+        out.Put(rankDigit);
     } else {
         // Intended: with file and rank both shared the letter is four places beyond the file.
-        text[0] = static_cast<char16_t>(fileLetter + 4);
-        text[1] = rankDigit;
+        out.Put(static_cast<char>(fileLetter + 4));
+        out.Put(rankDigit);
     }
 }
 
-// Writes the move as SAN. The moving piece is read from the position before the move, which
-// still holds it. A "move" of an empty square (possible on a set-up board without kings)
-// writes just its target square.
-int WriteSan(MoveNode* node, char16_t* buffer, int withNumber, int nagAsDollar) {
+}  // namespace
+
+int WriteSan(const PositionValue& before, Move move, std::uint8_t nag, SanStyle style,
+             char16_t* buffer) {
     TextWriter out(buffer);
-    PieceCode code = node->positionBefore->GetSquare(node->from);
-    if (withNumber) {
-        out.PutNumber("%d.", node->moveNumber);
+    const PieceCode code = before.SquareOrEmpty(move.from);
+    PositionValue after = before;
+    const PlayedMove played = PlayOnValue(after, move);
+    const bool captures = played.effects.captured || played.effects.enPassantCapture;
+    if (style.withNumber) {
+        out.PutNumber("%d.", after.moveNumber);
         out.Put(ColourOf(code) == kBlack ? ".. " : " ");
     }
     switch (TypeOf(code)) {
         case kPawn:
-            if (node->captures) {
-                out.Put(static_cast<char>('a' + FileOf(node->from)));
+            if (captures) {
+                out.Put(static_cast<char>('a' + FileOf(move.from)));
                 out.Put('x');
             }
-            out.PutSquare(node->to);
+            out.PutSquare(move.to);
             break;
         case kRook:
         case kKnight:
         case kBishop:
         case kQueen:
             out.Put("RNBQ"[TypeOf(code) - kRook]);
-            ComputeDisambiguation(node);
-            for (const char16_t* d = node->disambiguation; *d; ++d)
-                out.Put(static_cast<char>(*d));
-            if (node->captures) out.Put('x');
-            out.PutSquare(node->to);
+            PutDisambiguation(out, before, move);
+            if (captures) out.Put('x');
+            out.PutSquare(move.to);
             break;
         case kKing:
-            if (node->castlingKind == 1) {
+            if (played.effects.castlingKind == 1) {
                 out.Put("O-O");
-            } else if (node->castlingKind == 2) {
+            } else if (played.effects.castlingKind == 2) {
                 out.Put("O-O-O");
             } else {
                 out.Put('K');
-                if (node->captures) out.Put('x');
-                out.PutSquare(node->to);
+                if (captures) out.Put('x');
+                out.PutSquare(move.to);
             }
             break;
         default:
-            out.PutSquare(node->to);
+            out.PutSquare(move.to);
             break;
     }
-    if (node->promotion >= kRook && node->promotion <= kQueen) {
+    if (played.promotion >= kRook && played.promotion <= kQueen) {
         out.Put('=');
-        out.Put("RNBQ"[node->promotion - kRook]);
+        out.Put("RNBQ"[played.promotion - kRook]);
     }
     // Mate is not told apart from check: a mating move is marked "+" like any check.
-    if (node->givesCheck) out.Put('+');
-    if (nagAsDollar && node->nag != 0) {
-        out.PutNumber(" $%d", node->nag);
-    } else if (node->nag >= 1 && node->nag <= 6) {
-        out.Put(kGlyphSymbols[node->nag - 1]);
+    if (played.givesCheck) out.Put('+');
+    if (style.nagAsDollar && nag != 0) {
+        out.PutNumber(" $%d", nag);
+    } else if (nag >= 1 && nag <= 6) {
+        out.Put(kGlyphSymbols[nag - 1]);
     }
     return out.Finish();
 }
 
-int WriteCoordinates(const MoveNode* node, char16_t* buffer) {
+int WriteCoordinates(Move move, char16_t* buffer) {
     TextWriter out(buffer);
-    out.PutSquare(node->from);
-    out.PutSquare(node->to);
-    if (char letter = LetterFromType(node->promotion)) out.Put(letter);
+    out.PutSquare(move.from);
+    out.PutSquare(move.to);
+    if (char letter = LetterFromType(move.promotion)) out.Put(letter);
     return out.Finish();
 }
 

@@ -4,15 +4,16 @@
 #include <cstring>
 
 #include "core/MoveRules.h"
+#include "core/PositionText.h"
 
 namespace velmora {
 
-SearchPosition::SearchPosition(const Position* target, const WantedCounts& wantedWhite,
+SearchPosition::SearchPosition(const PositionValue* target, const WantedCounts& wantedWhite,
                                const WantedCounts& wantedBlack)
     : target_(target), wantedWhite_(wantedWhite), wantedBlack_(wantedBlack) {
     if (target != nullptr) {
-        for (PieceCode code : target->board)
-            targetPieceCount += code != 0;
+        for (int square = 0; square < 64; ++square)
+            targetPieceCount += target->At(square) != 0;
     } else {
         targetPieceCount = 2;
         for (int type = kPawn; type <= kQueen; ++type) {
@@ -28,7 +29,8 @@ void SearchPosition::CountPieces() {
     pieceCount = 0;
     whiteCounts.fill(0);
     blackCounts.fill(0);
-    for (PieceCode code : board) {
+    for (int square = 0; square < 64; ++square) {
+        PieceCode code = value_.At(square);
         if (code == 0) continue;
         ++pieceCount;
         int type = TypeOf(code);
@@ -37,8 +39,8 @@ void SearchPosition::CountPieces() {
     }
 }
 
-int SearchPosition::SetFromText(const char16_t* text) {
-    int result = Position::SetFromText(text);
+bool SearchPosition::SetFromText(const char16_t* text) {
+    bool result = ReadPositionText(text, &value_);
     if (result) {
         CountPieces();
         found = impossible = 0;
@@ -51,14 +53,15 @@ int SearchPosition::SetFromText(const char16_t* text) {
 // counts, so the piece count stays one too high for the rest of the game: intended, it is how
 // matching has always behaved.
 SearchPosition* SearchPosition::ApplyMove(int from, int to, int promotion) {
-    if (sideToMove == kWhite) {
-        ++moveNumber;
-        signedMoveNumber = moveNumber;
+    if (value_.sideToMove == kWhite) {
+        ++value_.moveNumber;
+        signedMoveNumber = value_.moveNumber;
     } else {
-        signedMoveNumber = -moveNumber;
+        signedMoveNumber = -value_.moveNumber;
     }
-    sideToMove = OtherSide(sideToMove);
+    value_.sideToMove = OtherSide(value_.sideToMove);
 
+    PieceCode* board = value_.MutableSquares();
     PieceCode mover = board[from];
     if (PieceCode taken = board[to]) {
         int type = TypeOf(taken);
@@ -68,9 +71,9 @@ SearchPosition* SearchPosition::ApplyMove(int from, int to, int promotion) {
         --pieceCount;
     }
     // The board moves as in play (en-passant pawn, castling rook); promotion and counts here.
-    enPassant =
-        ApplyMoveToBoard(board, static_cast<Square>(from), static_cast<Square>(to), enPassant)
-            .newEnPassant;
+    value_.enPassant = ApplyMoveToBoard(board, static_cast<Square>(from), static_cast<Square>(to),
+                                        value_.enPassant)
+                           .newEnPassant;
     // The square takes the promotion value as given (a bare type, for Black too), which keeps
     // the counts right because callers pass the type.
     if (mover == kPawn && RankOf(to) == 7) {
@@ -82,7 +85,7 @@ SearchPosition* SearchPosition::ApplyMove(int from, int to, int promotion) {
         --blackCounts[0];
         if (promotion >= kPawn && promotion <= kQueen) ++blackCounts[promotion - 1];
     }
-    ClearCastleFlags(*this, static_cast<Square>(from));
+    ClearCastleFlags(value_, static_cast<Square>(from));
 
     TestMatch();
     return found || impossible ? nullptr : this;
@@ -95,7 +98,7 @@ SearchPosition* SearchPosition::ApplyMove(int from, int to, int promotion) {
 void SearchPosition::TestMatch() {
     if (target_ != nullptr) {
         if (pieceCount == targetPieceCount) {
-            found = std::memcmp(board, target_->board, sizeof board) == 0;
+            found = value_.SameSquares(*target_);
         } else {
             found = 0;
             if (pieceCount < targetPieceCount) impossible = 1;

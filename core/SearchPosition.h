@@ -4,35 +4,30 @@
 #include <array>
 #include <cstdint>
 
-#include "core/Position.h"
+#include "core/PositionValue.h"
 
 namespace velmora {
 
 // Moves are applied in place, without move-tree nodes, and piece counts are kept up to date so
 // that after each move the search learns whether the wanted position (or material balance) is
 // reached, or can never be reached any more in this game.
-class SearchPosition : public Position {
+class SearchPosition {
   public:
     // Wanted counts by piece type, read at indices 1 (pawn) to 5 (queen).
     using WantedCounts = std::array<std::uint8_t, 6>;
 
     // Starts from the initial position. With a target the search looks for its squares; with
     // none (null) for the wanted material of each side.
-    SearchPosition(const Position* target, const WantedCounts& wantedWhite,
+    SearchPosition(const PositionValue* target, const WantedCounts& wantedWhite,
                    const WantedCounts& wantedBlack);
-    ~SearchPosition() override = default;
 
     // Applies a move that was already read and checked, with the bare promotion type (2..5).
     // Returns this object while the search should go on, null once the position matches or
     // can no longer match.
     SearchPosition* ApplyMove(int from, int to, int promotion);
-    // Moves read from a game come here: applied in place, nothing hung into a move tree.
-    Position* PlayMove(int from, int to, MoveNode* replace, int promotionType,
-                       void* promotionContext) override {
-        return ApplyMove(from, to, promotionType);
-    }
     // Reads a position text; on success recounts the pieces and tests for a match.
-    int SetFromText(const char16_t* text) override;
+    bool SetFromText(const char16_t* text);
+    const PositionValue& Value() const { return value_; }
 
     std::uint32_t found = 0;
     std::uint32_t impossible = 0;
@@ -48,7 +43,8 @@ class SearchPosition : public Position {
     void CountPieces();
     void TestMatch();
 
-    const Position* target_;
+    PositionValue value_;
+    const PositionValue* target_;
     WantedCounts wantedWhite_;
     WantedCounts wantedBlack_;
 };

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/GameIndex.h"
 #include "game/MoveTree.h"

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/Position.h"
+#include "game/Position.h"
 #include "game/GameHeader.h"
 #include "game/GameIndex.h"
 

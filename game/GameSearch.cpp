@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "game/PgnLexer.h"
 #include "game/PgnLineReader.h"
+#include "core/San.h"
 #include "game/PgnParser.h"
 #include "platform/CodePage.h"
 
@@ -32,7 +32,7 @@ bool StartsWith(const char* line, const char* prefix) {
 }  // namespace
 
 bool SearchCriteria::IsUsable() const {
-    return !white.empty() || !black.empty() || !eco.empty() || position != nullptr || material;
+    return !white.empty() || !black.empty() || !eco.empty() || position.has_value() || material;
 }
 
 void SearchCriteria::Truncate() {
@@ -121,8 +121,58 @@ bool GameSearch::PlayerMatches(const GameSummary& summary, const std::u16string&
     return NameMatches(first, pattern) || (criteria_.ignoreColors && NameMatches(other, pattern));
 }
 
-// Reads the game's tag lines again for a set-up position, then plays the main line until the
-// position (or material) is met or can no longer be. Variations are read but not played.
+namespace {
+
+// Replays a game's main line on a SearchPosition until the wanted position (or material) is
+// met or can no longer be. Tag lines are compared exactly, case included; a FEN needs a SetUp
+// before it (any number of FEN tags may follow one). Moves are taken as written where SAN
+// gives their squares (castling, pawns), without the legality test, and variations are read
+// but not played.
+class SearchReplay final : public PgnVisitor {
+  public:
+    explicit SearchReplay(SearchPosition& position) : position_(position) {}
+
+    PgnError OnTagLine(std::string_view line) override {
+        if (line.starts_with("[White ")) {
+            whiteSeen_ = true;
+        } else if (line.starts_with("[SetUp \"1\"]")) {
+            setUpPending_ = true;
+        } else if (line.starts_with("[FEN ")) {
+            if (!setUpPending_) return kPgnBadHeaders;
+            std::u16string text = QuotedValue(platform::AnsiToWide(line));
+            if (!position_.SetFromText(text.c_str())) return kPgnBadPosition;
+        }
+        return kPgnOk;
+    }
+    bool SawWhiteTag() const override { return whiteSeen_; }
+    // The start itself may already match, or already rule the game out.
+    PgnError OnMoveSectionStart() override {
+        return position_.found || position_.impossible ? kPgnStopped : kPgnOk;
+    }
+    MoveVerdict OnMove(const char16_t* san, bool) override {
+        if (depth_ > 0) return {};
+        SanResolution found = ReadSanMove(position_.Value(), san, SanLegality::Trusted);
+        if (!found.Found()) return {kPgnStopped};
+        const Move& move = found.move;
+        if (!position_.ApplyMove(move.from, move.to, move.promotion)) return {kPgnStopped};
+        return {};
+    }
+    PgnError OnVariationStart() override {
+        ++depth_;
+        return kPgnOk;
+    }
+    void OnVariationEnd() override { --depth_; }
+
+  private:
+    SearchPosition& position_;
+    bool whiteSeen_ = false;
+    bool setUpPending_ = false;
+    int depth_ = 0;
+};
+
+}  // namespace
+
+// Reads the game again from its first tag line and replays it; stores where it matched.
 bool GameSearch::ReachesPosition(GameSummary& summary) {
     if (!replayReader_) {
         platform::ErrorCode error = 0;
@@ -130,36 +180,15 @@ bool GameSearch::ReachesPosition(GameSummary& summary) {
         if (!replayFile_) return false;
         replayReader_ = std::make_unique<PgnLineReader>(*replayFile_);
     }
-    PgnLineReader& reader = *replayReader_;
-    if (!reader.Seek(summary.offset)) return false;
-
-    SearchPosition position(criteria_.position.get(), criteria_.wantedWhite, criteria_.wantedBlack);
-    char line[PgnLineReader::kLineSize];
-    int length = 0;
-    bool whiteSeen = false;
-    bool setUpPending = false;
-    bool moveSection = false;
-    while (reader.ReadLine(line, &length)) {
-        if (line[0] != '[') {
-            if (!whiteSeen) continue;
-            moveSection = true;
-            break;
-        }
-        if (StartsWith(line, "[White ")) {
-            whiteSeen = true;
-        } else if (StartsWith(line, "[SetUp \"1\"]")) {
-            setUpPending = true;
-        } else if (StartsWith(line, "[FEN ")) {
-            if (!setUpPending) return false;
-            std::u16string text = QuotedValue(platform::AnsiToWide(line).c_str());
-            if (!position.SetFromText(text.c_str())) return false;
-        }
-    }
-    if (!whiteSeen) return false;
-    // The start itself may already match, or already rule the game out.
-    if (!position.found && !position.impossible && moveSection) {
-        PgnLexer lexer(reader, platform::AnsiToWide(line).c_str());
-        ParseMoves(lexer, &position, 0, 1);
+    SearchPosition position(criteria_.position ? &*criteria_.position : nullptr,
+                            criteria_.wantedWhite, criteria_.wantedBlack);
+    SearchReplay replay(position);
+    PgnOutcome outcome = ReadGame(*replayReader_, summary.offset, replay);
+    // A game that ends before its moves (no game at the offset, a FEN the rules refuse) never
+    // matches; any other end keeps what the replay reached.
+    if (outcome.code == kPgnUnexpected || outcome.code == kPgnBadHeaders ||
+        outcome.code == kPgnBadPosition || !replay.SawWhiteTag()) {
+        return false;
     }
     if (!position.found) return false;
     summary.foundAt = position.signedMoveNumber;

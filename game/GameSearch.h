@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,8 @@ struct SearchCriteria {
     std::u16string eco;
     // A ResultCode (0 "1-0", 1 the draw, 2 "0-1"), or -1 for any result.
     int result = -1;
-    // The position to reach, or null; its squares are compared, nothing else.
-    std::unique_ptr<Position> position;
+    // The position to reach, if any; its squares are compared, nothing else.
+    std::optional<PositionValue> position;
     // The material to reach, per side and piece type (indices 1 pawn .. 5 queen).
     bool material = false;
     SearchPosition::WantedCounts wantedWhite{};

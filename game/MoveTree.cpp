@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "core/BlockRecycler.h"
-#include "core/Position.h"
+#include "game/BlockRecycler.h"
+#include "game/Position.h"
 
 namespace velmora {
 
@@ -68,16 +68,16 @@ void DestroyLine(MoveNode* node) {
 }
 
 void MoveNode::RecordCapture(PieceCode code, Square enPassantTarget) {
-    captures = 1;
+    captures = true;
     capturedCode = code;
     enPassantSquare = enPassantTarget;
 }
 
-int MoveNode::GetCapture(PieceCode* code, Square* square) const {
-    if (!captures) return 0;
+bool MoveNode::GetCapture(PieceCode* code, Square* square) const {
+    if (!captures) return false;
     if (code) *code = capturedCode;
     if (square) *square = enPassantSquare;
-    return 1;
+    return true;
 }
 
 MoveNode* MoveNode::FirstVariation() const {
@@ -102,14 +102,14 @@ void MoveNode::AppendAlternative(MoveNode* node, int lineLevel) {
     node->level = static_cast<std::uint8_t>(lineLevel + 1);
 }
 
-int MoveNode::ReplaceNode(MoveNode* old) {
+bool MoveNode::ReplaceNode(MoveNode* old) {
     previousAlternative = old->previousAlternative;
     nextAlternative = old->nextAlternative;
     if (previousAlternative != nullptr) previousAlternative->nextAlternative = this;
     if (nextAlternative != nullptr) nextAlternative->previousAlternative = this;
     old->previousAlternative = nullptr;
     old->nextAlternative = nullptr;
-    return previousAlternative == nullptr ? 1 : 0;
+    return previousAlternative == nullptr;
 }
 
 // Detaches the node so that deleting it removes only what "Delete move" should. A main-line

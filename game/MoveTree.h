@@ -33,22 +33,22 @@ class MoveNode {
     static void operator delete(void* block, std::size_t size);
 
     void RecordCapture(PieceCode code, Square enPassantSquare);
-    // Returns 0 when the move captured nothing, else 1 with the captured code and the
+    // Returns false when the move captured nothing, else true with the captured code and the
     // en-passant target square (0 for an ordinary capture).
-    int GetCapture(PieceCode* code, Square* square) const;
+    bool GetCapture(PieceCode* code, Square* square) const;
 
     // For the first node of a list its next alternative, for any other node null.
     MoveNode* FirstVariation() const;
     // The next alternative, but only for a node that is itself an alternative.
     MoveNode* NextVariation() const;
-    int IsVariation() const { return previousAlternative != nullptr; }
+    bool IsVariation() const { return previousAlternative != nullptr; }
     MoveNode* LastAlternative();
     // Links node at the end of this node's list with level lineLevel + 1.
     void AppendAlternative(MoveNode* node, int lineLevel);
-    // Puts this node in old's place in its list; old loses its links. Returns 1 when old was
-    // the first of the list, so the caller must make this node the first continuation. The
-    // caller then destroys old with everything after it.
-    int ReplaceNode(MoveNode* old);
+    // Puts this node in old's place in its list; old loses its links. Returns true when old
+    // was the first of the list, so the caller must make this node the first continuation.
+    // The caller then destroys old with everything after it.
+    bool ReplaceNode(MoveNode* old);
     // Detaches this node for "Delete move": an alternative leaves its list alone; a first
     // node takes all its alternatives with it. The caller then destroys this node.
     void UnlinkNode();
@@ -68,14 +68,13 @@ class MoveNode {
     Square from;
     Square to;
     std::uint8_t moveNumber;
-    std::uint32_t captures = 0;
+    bool captures = false;
     PieceCode capturedCode = 0;
     Square enPassantSquare = 0;
     std::uint8_t castlingKind = 0;  // 0 none, 1 king-side, 2 queen-side
     std::uint8_t level = 0;
     std::uint8_t promotion = 0;  // piece type 2..5, or 0
-    std::uint32_t givesCheck = 0;
-    char16_t disambiguation[3] = {u'?', 0, 0};  // '?' first: not computed yet
+    bool givesCheck = false;
     std::uint8_t nag = 0;
     MoveNode* nextAlternative = nullptr;      // owned
     MoveNode* previousAlternative = nullptr;  // not owned

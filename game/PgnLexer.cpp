@@ -4,19 +4,16 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 
-#include "core/Position.h"
 #include "platform/CodePage.h"
 
 namespace velmora {
 namespace {
 
 constexpr int kUnknownLength = 20;
-constexpr int kCommentCapacity = 512;
+constexpr std::size_t kCommentLimit = std::numeric_limits<int>::max() / 2;
 
 // Glyphs that stand for the NAG numbers 1 to 6, in that order.
 constexpr const char16_t* kGlyphs[] = {u"!", u"?", u"!!", u"??", u"!?", u"?!"};
@@ -174,50 +171,36 @@ TokenKind PgnLexer::NextToken(char16_t* tokenText) {
     return TokenKind::Unknown;
 }
 
-// Collects the comment text up to "}", joining lines with one blank, and gives it to position
-// without its leading blanks and tabs. Returns 1 without attaching anything when the file ends
-// first, 0 when the text outgrows the memory available.
-int PgnLexer::ReadComment(Position* position) {
-    int capacity = kCommentCapacity;
-    std::unique_ptr<char16_t[]> text(new (std::nothrow) char16_t[capacity]);
-    if (!text) return 0;
-    int length = 0;
-
-    // Appends c, doubling the buffer when it is full; 0 when it cannot grow.
+// Collects the comment text up to "}", joining lines with one blank. A text longer than an
+// int can count is TooLong.
+PgnLexer::CommentRead PgnLexer::ReadComment(std::u16string_view* text) {
+    comment_.clear();
     auto append = [&](char16_t c) {
-        if (length + 1 >= capacity) {
-            if (capacity > std::numeric_limits<int>::max() / 2) return 0;
-            std::unique_ptr<char16_t[]> bigger(new (std::nothrow) char16_t[capacity * 2]);
-            if (!bigger) return 0;
-            std::memcpy(bigger.get(), text.get(), length * sizeof(char16_t));
-            text = std::move(bigger);
-            capacity *= 2;
-        }
-        text[length++] = c;
-        return 1;
+        if (comment_.size() >= kCommentLimit) return false;
+        comment_.push_back(c);
+        return true;
     };
 
     for (;;) {
         if (position_ == -1) {
-            if (!NextLine()) return 1;
+            if (!NextLine()) return CommentRead::FileEnded;
             position_ = 0;
         }
         char16_t c = line_[position_];
         if (c == u'}') {
-            text[length] = 0;
-            int start = 0;
-            while (text[start] == u' ' || text[start] == u'\t')
+            std::size_t start = 0;
+            while (start < comment_.size() && (comment_[start] == u' ' || comment_[start] == u'\t'))
                 ++start;
-            if (position) position->SetComment(text.get() + start, 1);
+            *text = std::u16string_view(comment_).substr(start);
             ++position_;
-            return 1;
+            return CommentRead::Complete;
         }
         if (c == 0) {
             position_ = -1;
             continue;
         }
-        if (position_ == 0 && !append(u' ')) return 0;
-        if (!append(c)) return 0;
+        if (position_ == 0 && !append(u' ')) return CommentRead::TooLong;
+        if (!append(c)) return CommentRead::TooLong;
         ++position_;
     }
 }

@@ -1,11 +1,12 @@
-// PgnLexer: cuts a game's move section into tokens, reading lines as it goes.
+// PgnLexer: cuts a game's move section into tokens, comment texts included, line by line.
 #pragma once
+
+#include <string>
+#include <string_view>
 
 #include "game/PgnLineReader.h"
 
 namespace velmora {
-
-class Position;
 
 enum class TokenKind {
     CommentStart = 0,  // "{"
@@ -35,9 +36,12 @@ class PgnLexer {
     TokenKind NextToken(char16_t* tokenText);
     // Drops the rest of the current line.
     void SkipLine() { position_ = -1; }
-    // Reads the text of a brace comment whose "{" was just consumed and gives it to position
-    // as its comment (replacing any). Returns 0 when the text could not be stored.
-    int ReadComment(Position* position);
+    enum class CommentRead { Complete, FileEnded, TooLong };
+    // Reads the text of a brace comment whose "{" was just consumed, up to its "}", lines joined
+    // by one blank and leading blanks and tabs dropped; *text views it until the next call.
+    // FileEnded when the file ends first (there is no comment then), TooLong when the text
+    // outgrows the memory available.
+    CommentRead ReadComment(std::u16string_view* text);
 
   private:
     // Reads and converts the next line; returns 0 at end of file.
@@ -46,6 +50,8 @@ class PgnLexer {
     PgnLineReader& reader_;
     char16_t line_[PgnLineReader::kLineSize] = {};
     int position_ = 0;  // index of the next character in line_, -1 when a line must be read
+    // The comment being read; its room is kept from one comment to the next.
+    std::u16string comment_;
 };
 
 }  // namespace velmora

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <string>
 
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/MoveTree.h"
 #include "platform/CodePage.h"
@@ -125,14 +125,14 @@ void PgnWriter::WriteMoves(MoveNode* first, int numberFirst) {
     int numberNeeded = numberFirst;
     for (MoveNode* node = first; node; node = node->positionAfter->FirstContinuation()) {
         char16_t san[kSanBufferSize];
-        WriteSan(node, san, numberNeeded, 0);
+        WriteSan(node, san, {.withNumber = numberNeeded != 0});
         std::u16string piece = node == first ? u"" : u" ";
         piece += san;
         if (node->nag > kLastSymbolGlyph) piece += Decimal(" $%d", node->nag);
         WritePiece(piece, 1);
 
         Position* after = node->positionAfter;
-        if (after->evaluation != 0) WritePiece(Decimal(" $%d", after->evaluation), 1);
+        if (after->Value().evaluation != 0) WritePiece(Decimal(" $%d", after->Value().evaluation), 1);
         const char16_t* comment = after->Comment();
         if (comment) {
             WritePiece(u" {", 1);

@@ -1,7 +1,7 @@
 // Board drawing through an off-screen bitmap, so the board never flickers while it is painted.
 #include "gamewindow/BoardRenderer.h"
 
-#include "core/Position.h"
+#include "game/Position.h"
 #include "shell/Application.h"
 #include "shell/DrawingResources.h"
 

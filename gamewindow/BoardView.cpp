@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "core/San.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnSave.h"
 #include "gamewindow/CommentPane.h"
@@ -41,7 +41,7 @@ class ChooseMoveDialog : public DialogBase {
         HWND list = GetDlgItem(window_, IDC_MOVE_LIST);
         for (MoveNode* node = first_; node != nullptr; node = node->nextAlternative) {
             char16_t text[kSanBufferSize];
-            int length = WriteSan(node, text, 1, 0);
+            int length = WriteSan(node, text, {.withNumber = true});
             std::wstring shown(text, text + length);
             LRESULT row =
                 SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));

@@ -1,8 +1,8 @@
 // NotationRows: row texts, closing parentheses, the whole list and where a new move's row goes.
 #include "gamewindow/NotationRows.h"
 
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/MoveTree.h"
 
@@ -12,7 +12,7 @@ std::u16string RowText(MoveNode* node, bool indicateComment, int closingParens) 
     std::u16string text(2 * static_cast<std::size_t>(node->level), u' ');
     if (node->IsVariation()) text += u'(';
     char16_t san[kSanBufferSize];
-    text.append(san, static_cast<std::size_t>(WriteSan(node, san, 1, 0)));
+    text.append(san, static_cast<std::size_t>(WriteSan(node, san, {.withNumber = true})));
     const char16_t* comment = node->positionAfter->Comment();
     if (indicateComment && comment != nullptr) text += u" [...]";
     if (closingParens > 0) text.append(static_cast<std::size_t>(closingParens), u')');

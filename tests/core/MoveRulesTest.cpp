@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/MoveRules.h"
-#include "core/Position.h"
+#include "game/Position.h"
 #include "game/MoveTree.h"
 #include "tests/core/TestBoards.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "core/MoveRules.h"
-#include "core/Position.h"
+#include "game/Position.h"
 #include "tests/core/TestBoards.h"
 
 namespace velmora {

@@ -3,7 +3,7 @@
 
 #include <tuple>
 
-#include "core/Position.h"
+#include "game/Position.h"
 #include "tests/core/TestBoards.h"
 
 namespace velmora {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "core/MoveRules.h"
-#include "core/Position.h"
+#include "game/Position.h"
 #include "core/San.h"
 #include "game/MoveTree.h"
 #include "tests/core/TestBoards.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "core/ChessTypes.h"
-#include "core/Position.h"
+#include "game/Position.h"
 
 namespace velmora::testing {
 

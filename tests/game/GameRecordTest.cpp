@@ -3,7 +3,7 @@
 #include <deque>
 
 #include "PgnTestSupport.h"
-#include "core/San.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 
 namespace velmora {

@@ -1,7 +1,7 @@
 // The move tree: variations, replacing, deleting, promoting and walking in notation order.
 #include <gtest/gtest.h>
 
-#include "core/Position.h"
+#include "game/Position.h"
 #include "game/MoveTree.h"
 #include "tests/core/TestBoards.h"
 

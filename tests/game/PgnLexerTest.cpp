@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "PgnTestSupport.h"
-#include "core/Position.h"
+#include "game/Position.h"
 #include "game/PgnLexer.h"
 
 namespace velmora {

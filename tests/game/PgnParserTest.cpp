@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "PgnTestSupport.h"
-#include "core/San.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/MoveTree.h"
 #include "game/PgnParser.h"

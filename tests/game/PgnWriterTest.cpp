@@ -7,8 +7,8 @@
 #include <tuple>
 
 #include "PgnTestSupport.h"
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/MoveTree.h"
 

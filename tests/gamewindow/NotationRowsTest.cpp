@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "core/MoveRules.h"
-#include "core/Position.h"
-#include "core/San.h"
+#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/MoveTree.h"
 #include "platform/CodePage.h"

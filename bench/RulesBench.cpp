@@ -1,4 +1,4 @@
-// Throughput of the move rules on real games: ReadSan, PlayMove and TestMove, moves per second.
+// Throughput of the move rules on real games: ReadSan, PlayMove and LegalMoves, per second.
 //
 // Usage: velmora-bench-rules [FILE.pgn...]   (default: every .pgn of ../shared/data)
 //
@@ -15,19 +15,16 @@
 #include <string>
 #include <vector>
 
+#include "core/LegalMoves.h"
 #include "core/MoveRules.h"
-#include "game/Position.h"
 #include "game/MoveText.h"
 #include "game/MoveTree.h"
+#include "game/Position.h"
 
 namespace {
 
 using velmora::Position;
 using Clock = std::chrono::steady_clock;
-
-struct PlayedMove {
-    int from, to, promotion;
-};
 
 // Splits PGN text into games, each a list of main-line SAN tokens.
 std::vector<std::vector<std::string>> ScanGames(const std::string& text) {
@@ -103,7 +100,7 @@ int main(int argc, char** argv) {
     }
 
     // ReadSan: every main-line move read onto a growing tree.
-    std::vector<std::vector<PlayedMove>> played(games.size());
+    std::vector<std::vector<velmora::Move>> played(games.size());
     long long sanMoves = 0;
     long long stopped = 0;
     auto start = Clock::now();
@@ -133,43 +130,36 @@ int main(int argc, char** argv) {
     for (const auto& moves : played) {
         auto root = std::make_unique<Position>();
         Position* current = root.get();
-        for (const PlayedMove& m : moves) {
+        for (const velmora::Move& m : moves) {
             current = current->PlayMove(m.from, m.to, nullptr, m.promotion, nullptr);
             ++playMoves;
         }
     }
     double playSeconds = Seconds(start);
 
-    // TestMove: every from/to pair of the side to move in every 8th position, as a move
-    // generator built on the rules would ask.
-    long long tests = 0;
-    long long legal = 0;
+    // LegalMoves: the whole list of legal moves in every 8th position, on position values.
+    long long lists = 0;
+    long long listed = 0;
     start = Clock::now();
     for (const auto& moves : played) {
-        auto root = std::make_unique<Position>();
-        Position* current = root.get();
+        velmora::PositionValue value;
         for (std::size_t k = 0; k < moves.size(); ++k) {
             if (k % 8 == 0) {
-                for (int from = 0; from < 64; ++from) {
-                    velmora::PieceCode code = current->board[from];
-                    if (code == 0 || velmora::ColourOf(code) != current->sideToMove) continue;
-                    for (int to = 0; to < 64; ++to) {
-                        legal += velmora::TestMove(*current, from, to, nullptr);
-                        ++tests;
-                    }
-                }
+                velmora::MoveList list;
+                velmora::LegalMoves(value, &list);
+                listed += list.Size();
+                ++lists;
             }
-            current =
-                current->PlayMove(moves[k].from, moves[k].to, nullptr, moves[k].promotion, nullptr);
+            velmora::PlayOnValue(value, moves[k]);
         }
     }
-    double testSeconds = Seconds(start);
+    double listSeconds = Seconds(start);
 
     std::printf("%zu games, %lld main-line moves, %lld games stopped at a move not read\n",
                 games.size(), sanMoves, stopped);
     Report("ReadSan (moves)", sanMoves, sanSeconds);
     Report("PlayMove (moves)", playMoves, playSeconds);
-    Report("TestMove (from/to pairs)", tests, testSeconds);
-    std::printf("(%lld of the tested pairs legal)\n", legal);
+    Report("LegalMoves (positions)", lists, listSeconds);
+    std::printf("(%lld legal moves listed)\n", listed);
     return 0;
 }

@@ -45,10 +45,13 @@ run() {
     echo "exit: $status"
 }
 
-# show and fens of games FIRST..LAST of FILE, in order, printed to OUT.
+# show and fens of games FIRST..LAST of FILE, in order, printed to OUT. Each chunk reads its own
+# copy of the file: the game list opens its file for itself alone, so two runs at once on the
+# same file would turn one away.
 games() {
     local file=$1 first=$2 last=$3 target=$4 n status chunk_err=$4.err
-    cd "$data" || return 1
+    mkdir -p "$target.d/$(dirname "$file")" && cp "$data/$file" "$target.d/$file" || return 1
+    cd "$target.d" || return 1
     for ((n = first; n <= last; ++n)); do
         echo "=== show $n"
         status=0
@@ -61,7 +64,7 @@ games() {
         [ -s "$chunk_err" ] && printf 'stderr: %s\n' "$(<"$chunk_err")"
         echo "exit: $status"
     done >"$target"
-    rm -f "$chunk_err"
+    rm -rf "$chunk_err" "$target.d"
 }
 export -f games
 export tool data
@@ -82,6 +85,10 @@ for file in "${files[@]}"; do
         printf '%s %d %d %s\n' "$file" "$first" "$last" "$chunks/$(printf '%06d' "$first")"
     done | xargs -r -P "$jobs" -L 1 bash -c 'games "$0" "$1" "$2" "$3"'
     if compgen -G "$chunks/*" >/dev/null; then cat "$chunks"/* >"$out/$name.games"; else : >"$out/$name.games"; fi
+    if grep -q 'temporarily unavailable' "$out/$name.games"; then
+        echo "$file: a run found the file in use; outputs are not reliable" >&2
+        exit 1
+    fi
     rm -rf "$chunks"
     echo "$file: $count games" >&2
 done

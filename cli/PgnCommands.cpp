@@ -5,16 +5,16 @@
 
 #include "cli/CommandSupport.h"
 #include "cli/Commands.h"
-#include "game/Position.h"
-#include "game/MoveText.h"
 #include "game/Game.h"
 #include "game/GameIndex.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnCheck.h"
 #include "game/PgnLineReader.h"
 #include "game/PgnParser.h"
 #include "game/PgnSave.h"
 #include "game/PgnWriter.h"
+#include "game/Position.h"
 #include "game/UserMessages.h"
 
 namespace velmora::cli {

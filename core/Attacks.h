@@ -186,9 +186,10 @@ inline int IsAttackedOn(const PieceCode* board, Colour colour, int square) {
 }
 
 // After from -> to (the mover's piece, not its king), tells whether an enemy rook, bishop or
-// queen now reaches the mover's king along the line from the king through from.
-inline bool OpensLineToKing(const PieceCode* board, Square from, Square to, Colour mover) {
-    const int king = KingSquare(board, mover);
+// queen now reaches the mover's king, on square king (-1: none), along the line from the king
+// through from.
+inline bool OpensLineToKing(const PieceCode* board, Square from, Square to, Colour mover,
+                            int king) {
     const int d = king < 0 ? -1 : RayIndex(king, from);
     if (d < 0) return false;
     for (const Square* r = kAttacks.ray[king][d]; *r != kNoSquare; ++r) {

@@ -20,18 +20,20 @@ PromotionChooser promotionChooser = nullptr;
 int CastlingVerdict(const PositionValue& p, PieceCode code, Square from, Square to) {
     const PieceCode* b = p.Squares();
     if (code == kWhiteKing && from == kE1) {
+        const int king = p.KingSquare(kWhite);
         if (to == kG1 && !b[kF1] && !b[kG1] && p.castleWhiteKing) {
-            return !IsAttackedOn(b, kWhite, -1) && !IsAttackedOn(b, kWhite, kF1);
+            return !IsAttackedOn(b, kWhite, king) && !IsAttackedOn(b, kWhite, kF1);
         }
         if (to == kC1 && !b[1] && !b[kC1] && !b[kD1] && p.castleWhiteQueen) {
-            return !IsAttackedOn(b, kWhite, -1) && !IsAttackedOn(b, kWhite, kD1);
+            return !IsAttackedOn(b, kWhite, king) && !IsAttackedOn(b, kWhite, kD1);
         }
     } else if (code == kBlackKing && from == kE8) {
+        const int king = p.KingSquare(kBlack);
         if (to == kG8 && !b[kF8] && !b[kG8] && p.castleBlackKing) {
-            return !IsAttackedOn(b, kBlack, -1) && !IsAttackedOn(b, kBlack, kF8);
+            return !IsAttackedOn(b, kBlack, king) && !IsAttackedOn(b, kBlack, kF8);
         }
         if (to == kC8 && !b[57] && !b[kC8] && !b[kD8] && p.castleBlackQueen) {
-            return !IsAttackedOn(b, kBlack, -1) && !IsAttackedOn(b, kBlack, kD8);
+            return !IsAttackedOn(b, kBlack, king) && !IsAttackedOn(b, kBlack, kD8);
         }
     }
     return -1;
@@ -49,12 +51,17 @@ bool KingStaysSafe(const PositionValue& position, Square from, Square to) {
         // en passant nor castles can only uncover a line through from, which is all that needs
         // looking at. A "move" of an empty square takes the full test: it leaves to empty, so
         // it may uncover a line through to as well.
-        return !OpensLineToKing(board, from, to, mover);
+        return !OpensLineToKing(board, from, to, mover, position.KingSquare(mover));
     }
     PieceCode scratch[64];
     std::memcpy(scratch, board, sizeof scratch);
     ApplyMoveToBoard(scratch, from, to, position.enPassant);
-    return !IsAttackedOn(scratch, mover, -1);
+    // The king stands where it stood unless it is the piece moved. Where the position does not
+    // know it (several kings of a colour), it is looked for on the scratch board.
+    int king = position.KingSquare(mover);
+    if (code == mover + kKing && king == from) king = to;
+    if (king >= 0 && scratch[king] != mover + kKing) king = -1;
+    return !IsAttackedOn(scratch, mover, king);
 }
 
 // Whether the king of the side to move in after is attacked, where after is before with move
@@ -67,11 +74,11 @@ bool ChecksAfter(const PositionValue& after, PieceCode moverCode, Move move,
     const PieceCode* board = after.Squares();
     // A "move" of an empty square leaves nothing on to that could give check, and the
     // piece-moves test below would answer yes for the empty square: it takes the full test.
+    const int king = after.KingSquare(defender);
     if (!defenderWasSafe || effects.castlingKind != 0 || effects.enPassantCapture ||
         moverCode == 0 || ColourOf(moverCode) == defender) {
-        return IsAttackedOn(board, defender, -1);
+        return king >= 0 && IsAttackedOn(board, defender, king);
     }
-    const int king = KingSquare(board, defender);
     if (king < 0) return false;
     if (PieceMovesOn(board, move.to, static_cast<Square>(king))) return true;
     const int d = RayIndex(king, move.from);
@@ -90,11 +97,15 @@ bool RayClear(const PositionValue& position, Square from, Square to, int step) {
 }
 
 bool IsAttacked(const PositionValue& position, Colour colour, int square) {
+    if (square == -1) {
+        square = position.KingSquare(colour);
+        if (square < 0) return false;
+    }
     return IsAttackedOn(position.Squares(), colour, square);
 }
 
 bool InCheck(const PositionValue& position) {
-    return IsAttackedOn(position.Squares(), position.sideToMove, -1);
+    return IsAttacked(position, position.sideToMove, -1);
 }
 
 MoveEffects ApplyMoveToBoard(PieceCode* board, Square from, Square to, Square enPassant) {
@@ -248,12 +259,26 @@ PlayedMove PlayOnValue(PositionValue& position, Move move) {
     const Colour defender = OtherSide(position.sideToMove);
     const bool defenderWasSafe = position.KnownSafe(defender);
     played.promotion = EffectivePromotion(position, move);
+    Square kings[2] = {position.kings_[0], position.kings_[1]};
 
     PieceCode* board = position.MutableSquares();
     played.effects = ApplyMoveToBoard(board, move.from, move.to, position.enPassant);
     if (played.promotion != 0) {
         board[move.to] = static_cast<PieceCode>(played.promotion + ColourOf(code));
     }
+    // The kings stay where they were but for the one moved; a king taken, or made by a
+    // promotion, is looked for again.
+    const PieceCode placed = board[move.to];
+    for (int side = 0; side < 2; ++side) {
+        const PieceCode king = static_cast<PieceCode>((side == 0 ? kWhite : kBlack) + kKing);
+        if (code == king && kings[side] == move.from) {
+            kings[side] = move.to;
+        } else if (played.effects.capturedCode == king || (placed == king && code != king)) {
+            kings[side] = kNoSquare;
+        }
+    }
+    position.kings_[0] = kings[0];
+    position.kings_[1] = kings[1];
     position.enPassant = played.effects.newEnPassant;
     position.sideToMove = defender;
     if (defender == kBlack) ++position.moveNumber;

@@ -155,6 +155,7 @@ bool ReadPositionText(const char16_t* text, PositionValue* position) {
     }
     if (position->sideToMove == kWhite) --number;
     position->moveNumber = number;
+    position->LocateKings();
     return true;
 }
 

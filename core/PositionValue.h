@@ -7,10 +7,17 @@
 
 namespace velmora {
 
+class PositionValue;
+struct Move;
+struct PlayedMove;
+PlayedMove PlayOnValue(PositionValue& position, Move move);
+bool ReadPositionText(const char16_t* text, PositionValue* position);
+
 // Squares, castle flags, en-passant square, side to move, move number and the evaluation
 // glyph. It owns nothing and copies with memcpy, so replaying a game on it allocates nothing.
 // The squares are private: writing one goes through Put (or MutableSquares), which forgets
-// what the rules had learnt about the kings' safety on this board.
+// what the rules had learnt about the kings on this board (where they stand, and whether they
+// are safe).
 class PositionValue {
   public:
     // The initial position: white to move, all castle flags set, move number 0.
@@ -27,13 +34,19 @@ class PositionValue {
     void Put(int square, PieceCode code) {
         if ((square & 255) >= 64) return;
         board_[square & 255] = code;
-        kingSafe_ = 0;
+        Forget();
     }
     const PieceCode* Squares() const { return board_; }
     // Gives write access to all 64 squares for a caller that moves pieces itself.
     PieceCode* MutableSquares() {
-        kingSafe_ = 0;
+        Forget();
         return board_;
+    }
+    // The square of colour's king, -1 without one; a set-up board with several gives the first
+    // in square order.
+    int KingSquare(Colour colour) const {
+        const Square known = kings_[colour == kWhite ? 0 : 1];
+        return known != kNoSquare ? known : FindKing(colour);
     }
     // Empties the 64 squares and nothing else.
     void ClearSquares();
@@ -68,10 +81,23 @@ class PositionValue {
     std::uint8_t moveNumber = 0;
 
   private:
+    friend PlayedMove PlayOnValue(PositionValue& position, Move move);
+    friend bool ReadPositionText(const char16_t* text, PositionValue* position);
+
     static constexpr std::uint8_t SafetyBit(Colour colour) { return colour == kWhite ? 1 : 2; }
+    int FindKing(Colour colour) const;
+    void Forget() {
+        kingSafe_ = 0;
+        kings_[0] = kings_[1] = kNoSquare;
+    }
+    // Notes where each colour's king stands when it has exactly one.
+    void LocateKings();
 
     PieceCode board_[64];
     std::uint8_t kingSafe_ = 0;
+    // The square of each colour's only king (white, then black), or kNoSquare when not known:
+    // it is looked for then.
+    Square kings_[2] = {kNoSquare, kNoSquare};
 };
 
 }  // namespace velmora

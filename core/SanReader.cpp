@@ -22,21 +22,21 @@ bool IsRankDigit(unsigned c) {
     return c >= '1' && c <= '8';
 }
 
-// Reads the characters of a move token; every index at or past its end reads as 0. Only the
-// first few characters are ever looked at, so the text is never measured.
+// Reads the characters of a move token; every index at or past its end reads as 0. No move
+// needs more than its first kLookedAt characters, so only those are copied.
 template <typename Ch>
 class Token {
   public:
-    explicit Token(const Ch* text) : text_(text) {}
-    unsigned At(std::size_t i) const {
-        for (std::size_t k = 0; k < i; ++k) {
-            if (text_[k] == 0) return 0;
-        }
-        return Unit(text_[i]);
+    static constexpr std::size_t kLookedAt = 8;
+
+    explicit Token(const Ch* text) {
+        for (std::size_t i = 0; i < kLookedAt && text[i] != 0; ++i)
+            units_[i] = Unit(text[i]);
     }
+    unsigned At(std::size_t i) const { return i < kLookedAt ? units_[i] : 0u; }
     bool StartsWith(const char* prefix) const {
         for (std::size_t i = 0; prefix[i] != 0; ++i) {
-            if (text_[i] == 0 || Unit(text_[i]) != Unit(prefix[i])) return false;
+            if (At(i) != Unit(prefix[i])) return false;
         }
         return true;
     }
@@ -50,7 +50,7 @@ class Token {
     }
 
   private:
-    const Ch* text_;
+    unsigned units_[kLookedAt] = {};
 };
 
 std::uint8_t PromotionType(unsigned letter) {
@@ -125,7 +125,8 @@ bool ParsePieceMove(const Token<Ch>& token, SanMove* move) {
         }
     }
     if (to < 0) {
-        if (IsRankDigit(token.At(i))) move->fromRank = static_cast<std::int8_t>(token.At(i++) - '1');
+        if (IsRankDigit(token.At(i)))
+            move->fromRank = static_cast<std::int8_t>(token.At(i++) - '1');
         if (token.At(i) == 'x') ++i;
         to = token.SquareAt(i);
         if (to < 0) return false;
@@ -155,14 +156,13 @@ bool ParseSanText(const Ch* text, SanMove* move) {
 SanResolution Checked(const PositionValue& position, Move move, SanLegality legality) {
     SanResolution result;
     result.move = move;
-    bool legal = move.from < 64 && (legality == SanLegality::Trusted ||
-                                    IsLegalMove(position, move.from, move.to));
+    bool legal = move.from < 64 &&
+                 (legality == SanLegality::Trusted || IsLegalMove(position, move.from, move.to));
     result.status = legal ? SanStatus::Ok : SanStatus::NoSuchMove;
     return result;
 }
 
-SanResolution ResolvePawn(const PositionValue& position, const SanMove& san,
-                          SanLegality legality) {
+SanResolution ResolvePawn(const PositionValue& position, const SanMove& san, SanLegality legality) {
     const bool white = position.sideToMove == kWhite;
     const int to = san.to;
     const int rank = RankOf(to);
@@ -227,8 +227,7 @@ bool ParseSan(const char* text, SanMove* move) {
     return ParseSanText(text, move);
 }
 
-SanResolution ResolveSan(const PositionValue& position, const SanMove& san,
-                         SanLegality legality) {
+SanResolution ResolveSan(const PositionValue& position, const SanMove& san, SanLegality legality) {
     const bool white = position.sideToMove == kWhite;
     switch (san.kind) {
         case SanKind::CastleLong:
@@ -248,8 +247,7 @@ SanResolution ReadSanMove(const PositionValue& position, const char16_t* text,
     return ReadSanText(position, text, legality);
 }
 
-SanResolution ReadSanMove(const PositionValue& position, const char* text,
-                          SanLegality legality) {
+SanResolution ReadSanMove(const PositionValue& position, const char* text, SanLegality legality) {
     return ReadSanText(position, text, legality);
 }
 

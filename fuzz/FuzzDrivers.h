@@ -10,14 +10,17 @@
 #include <string_view>
 #include <vector>
 
-#include "game/Position.h"
-#include "game/MoveText.h"
+#include "core/MoveRules.h"
+#include "core/PositionText.h"
 #include "game/Game.h"
 #include "game/GameIndex.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
+#include "game/PgnCheck.h"
 #include "game/PgnLineReader.h"
 #include "game/PgnParser.h"
 #include "game/PgnWriter.h"
+#include "game/Position.h"
 #include "platform/CodePage.h"
 #include "tests/MemoryFileSystem.h"
 
@@ -26,37 +29,37 @@ namespace velmora::fuzz {
 // Position text: the bytes read as a position, the text written from it, and that text read
 // into a fresh position and written again.
 struct PositionTextRun {
-    int read = 0;
+    bool read = false;
     std::u16string written;
-    int reread = 0;
+    bool reread = false;
     std::u16string rewritten;
     // The written text reads back to itself, except that a stored en-passant value is written
     // as two characters the reader rejects (an en-passant square read from text is kept as a
     // value that names no square, and written back from that value).
-    bool RoundTripHolds(const Position& first) const {
+    bool RoundTripHolds(const PositionValue& first) const {
         return reread == (first.enPassant == kNoSquare) && (!reread || rewritten == written);
     }
 };
 
-inline PositionTextRun RunPositionText(std::string_view bytes, Position& position) {
+inline PositionTextRun RunPositionText(std::string_view bytes, PositionValue& position) {
     PositionTextRun run;
-    run.read = position.SetFromText(platform::AnsiToWide(bytes).c_str());
+    run.read = ReadPositionText(platform::AnsiToWide(bytes).c_str(), &position);
     // A failed read leaves a half-read position, which is still shown and written.
-    char16_t text[Position::kTextBufferSize];
-    run.written.assign(text, position.WriteText(text));
-    Position again;
-    run.reread = again.SetFromText(text);
-    run.rewritten.assign(text, again.WriteText(text));
+    char16_t text[kPositionTextSize];
+    run.written.assign(text, WritePositionText(position, text));
+    PositionValue again;
+    run.reread = ReadPositionText(text, &again);
+    run.rewritten.assign(text, WritePositionText(again, text));
     return run;
 }
 
 // SAN: the first byte picks a start position (and a glyph for the moves read), the rest is
 // moves separated by blanks, each read from the position the last readable one reached.
 struct SanRun {
-    std::u16string written;      // each move read, as WriteSan writes it, separated by blanks
-    int read = 0;                // moves read; every second one is written with its number
-    int unreadable = 0;          // tokens that named no legal move
-    bool overloadsAgree = true;  // the char overload, on a copy, played the same move
+    std::u16string written;  // each move read, as WriteSan writes it, separated by blanks
+    int read = 0;            // moves read; every second one is written with its number
+    int unreadable = 0;      // tokens that named no legal move
+    bool pathsAgree = true;  // the tree and a bare position value played the same move
 };
 
 inline constexpr const char* kSanStarts[] = {
@@ -72,14 +75,15 @@ inline constexpr const char* kSanStarts[] = {
 // start picked after the last of kSanStarts.
 inline constexpr const char* kEnPassantPrelude[] = {"e4", "a6", "e5", "d5"};
 
-inline bool SameMove(const MoveNode& a, const MoveNode& b) {
-    char16_t textA[Position::kTextBufferSize], textB[Position::kTextBufferSize];
-    return a.from == b.from && a.to == b.to && a.promotion == b.promotion &&
-           a.givesCheck == b.givesCheck &&
-           std::u16string_view(textA, a.positionAfter->WriteText(textA)) ==
-               std::u16string_view(textB, b.positionAfter->WriteText(textB));
+inline std::u16string TextOf(const PositionValue& position) {
+    char16_t text[kPositionTextSize];
+    return std::u16string(text, WritePositionText(position, text));
 }
 
+// Reads each token twice: into the tree (UTF-16 text, the rules' shortcuts on) and on a bare
+// copy of the position value that has forgotten what it knew of the kings (the bytes
+// themselves, every test done in full). SAN letters are ASCII, so both must find the same move,
+// reach the same position, give the same check mark and write the same SAN.
 inline SanRun RunSan(std::string_view bytes) {
     SanRun run;
     if (bytes.empty()) return run;
@@ -99,28 +103,28 @@ inline SanRun RunSan(std::string_view bytes) {
         std::size_t blank = bytes.find(' ');
         std::string token(bytes.substr(0, blank));
         bytes.remove_prefix(blank == std::string_view::npos ? bytes.size() : blank + 1);
-        // The char overload reads the bytes themselves on a copy of the position; SAN letters
-        // are ASCII, so it must play the same move with the same check mark. The copy has no
-        // move leading to it, so its legality and check tests take no shortcut through the
-        // tree: the two reads also hold the shortcuts against the full tests. (Reading again
-        // on the same position need not find the move just added: a "move" of an empty square
-        // keeps no promotion, while its text may name one.)
-        Position copy;
-        copy.CopyFrom(*current);
+        PositionValue bare = current->Value();
+        bare.MutableSquares();  // forgets the kings' safety
+        const SanResolution found = ReadSanMove(bare, token.c_str());
         Position* next = ReadSan(current, platform::AnsiToWide(token).c_str());
-        Position* other = ReadSan(&copy, token.c_str());
-        if ((next == nullptr) != (other == nullptr) ||
-            (next && !SameMove(*next->ArrivalNode(), *other->ArrivalNode()))) {
-            run.overloadsAgree = false;
-        }
+        if ((next == nullptr) != !found.Found()) run.pathsAgree = false;
         if (next == nullptr) {
             ++run.unreadable;
             continue;
         }
         MoveNode* node = next->ArrivalNode();
         node->nag = glyph;
-        char16_t san[kSanBufferSize];
-        int length = WriteSan(node, san, run.read % 2, glyph & 1);
+        const SanStyle style{.withNumber = run.read % 2 == 1, .nagAsDollar = (glyph & 1) != 0};
+        char16_t san[kSanBufferSize], bareSan[kSanBufferSize];
+        const int length = WriteSan(node, san, style);
+        const int bareLength = WriteSan(bare, found.move, glyph, style, bareSan);
+        const PlayedMove played = PlayOnValue(bare, found.move);
+        if (Move{node->from, node->to, node->promotion} !=
+                Move{found.move.from, found.move.to, played.promotion} ||
+            node->givesCheck != played.givesCheck || TextOf(next->Value()) != TextOf(bare) ||
+            std::u16string_view(san, length) != std::u16string_view(bareSan, bareLength)) {
+            run.pathsAgree = false;
+        }
         if (run.read++ > 0) run.written += u' ';
         run.written.append(san, length);
         WriteCoordinates(node, san);
@@ -137,10 +141,18 @@ struct LoadRun {
     std::vector<std::uint32_t> offsets;  // of the games found
     std::vector<int> codes;              // LoadGame at each offset, then at 0
     std::vector<int> sharedCodes;        // the same through the one open reader
+    // The messages of LoadGame, and of checking the same games without building them, which
+    // must be the same.
+    std::vector<std::u16string> messages, checkMessages;
     // Where each game that loaded ends (0 for the others), through the file system and through
     // the open reader.
     std::vector<std::uint32_t> ends, sharedEnds;
 };
+
+// The outcome's code and message, as one text.
+inline std::u16string Labelled(const PgnOutcome& outcome) {
+    return platform::Utf8ToWide(std::to_string(outcome.code)) + u": " + MessageFor(outcome);
+}
 
 inline LoadRun RunLoadGames(std::string_view bytes, int maxGames = 16) {
     test::MemoryFileSystem files;
@@ -157,8 +169,9 @@ inline LoadRun RunLoadGames(std::string_view bytes, int maxGames = 16) {
 
     for (std::uint32_t offset : offsets) {
         Game game(&index);
-        int code = LoadGame(game, nullptr, offset, index.Count(), files);
-        MessageFor(code);
+        PgnOutcome outcome = LoadGame(game, nullptr, offset, index.Count(), files);
+        const int code = outcome.code;
+        run.messages.push_back(Labelled(outcome));
         if (code == kPgnOk) {
             test::MemoryFile written;
             PgnWriter(written).WriteGame(game);
@@ -170,9 +183,13 @@ inline LoadRun RunLoadGames(std::string_view bytes, int maxGames = 16) {
     PgnLineReader reader(file, 1 + static_cast<std::uint32_t>(bytes.size() % 300));
     for (std::uint32_t offset : offsets) {
         Game game(&index);
-        int code = LoadGame(game, reader, offset, index.Count());
+        const int code = LoadGame(game, reader, offset, index.Count()).code;
         run.sharedCodes.push_back(code);
         run.sharedEnds.push_back(code == kPgnOk ? game.endOffset : 0);
+    }
+    PgnLineReader checkReader(file, 1 + static_cast<std::uint32_t>(bytes.size() % 300));
+    for (std::uint32_t offset : offsets) {
+        run.checkMessages.push_back(Labelled(CheckGame(checkReader, offset)));
     }
     return run;
 }

@@ -6,7 +6,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace velmora;
-    Position position;
+    PositionValue position;
     fuzz::PositionTextRun run =
         fuzz::RunPositionText({reinterpret_cast<const char*>(data), size}, position);
     fuzz::Require(run.RoundTripHolds(position), "a written position text reads back to itself");

@@ -8,7 +8,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace velmora;
     fuzz::SanRun run = fuzz::RunSan({reinterpret_cast<const char*>(data), size});
-    fuzz::Require(run.overloadsAgree,
-                  "both ReadSan overloads play the same move, in the tree and on a copy");
+    fuzz::Require(run.pathsAgree,
+                  "the tree and a bare position value read, play and write the same move");
     return 0;
 }

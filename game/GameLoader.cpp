@@ -131,7 +131,8 @@ class GameBuilder final : public PgnVisitor {
 
     void OnNag(long value) override {
         if (value <= 10) {
-            if (MoveNode* node = current_->ArrivalNode()) node->nag = static_cast<std::uint8_t>(value);
+            if (MoveNode* node = current_->ArrivalNode())
+                node->nag = static_cast<std::uint8_t>(value);
         } else {
             current_->Value().evaluation = static_cast<std::uint8_t>(value);
         }

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "game/PgnLineReader.h"
 #include "core/San.h"
+#include "game/PgnLineReader.h"
 #include "game/PgnParser.h"
 #include "platform/CodePage.h"
 
@@ -23,10 +23,6 @@ char16_t UpperCase(char16_t c) {
     if ((c >= 0x100 && c <= 0x137) || (c >= 0x14A && c <= 0x177)) return c & ~1;
     if ((c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E)) return (c & 1) ? c : c - 1;
     return c;
-}
-
-bool StartsWith(const char* line, const char* prefix) {
-    return std::strncmp(line, prefix, std::strlen(prefix)) == 0;
 }
 
 }  // namespace

@@ -32,8 +32,7 @@ Position* ReadSan(Position* position, const char* text, SanStatus* status) {
 
 int WriteSan(const MoveNode* node, char16_t* buffer, SanStyle style) {
     return velmora::WriteSan(node->positionBefore->Value(),
-                             Move{node->from, node->to, node->promotion}, node->nag, style,
-                             buffer);
+                             Move{node->from, node->to, node->promotion}, node->nag, style, buffer);
 }
 
 int WriteCoordinates(const MoveNode* node, char16_t* buffer) {

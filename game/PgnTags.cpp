@@ -39,8 +39,12 @@ LoadedTag ClassifyTagLine(std::string_view line) {
         {"[SetUp \"1\"]", LoadedTag::SetUp},
         {"[FEN ", LoadedTag::Fen},
     };
+    // Only prefixes whose first letter agrees can match: most lines compare with one or two.
+    if (line.size() < 2) return LoadedTag::Other;
+    char letter = line[1];
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - ('a' - 'A'));
     for (const auto& [prefix, tag] : kPrefixes) {
-        if (StartsWithIgnoringCase(line, prefix)) return tag;
+        if (prefix[1] == letter && StartsWithIgnoringCase(line, prefix)) return tag;
     }
     return LoadedTag::Other;
 }

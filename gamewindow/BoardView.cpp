@@ -160,7 +160,7 @@ void BoardView::ApplyInitialMove() {
     Colour side = initialMove_ > 0 ? kWhite : kBlack;
     for (MoveNode* node = game_.StartPosition().FirstContinuation(); node != nullptr;
          node = node->positionAfter->FirstContinuation()) {
-        if (node->moveNumber == number && node->positionBefore->sideToMove == side) {
+        if (node->moveNumber == number && node->positionBefore->SideToMove() == side) {
             game_.SetCurrent(node->positionAfter);
             return;
         }
@@ -207,7 +207,7 @@ void BoardView::PlaceChildren() {
 
 void BoardView::DrawIndicator(HDC dc) {
     if (App().drawing == nullptr || App().drawing->indicators == nullptr) return;
-    bool whiteToMove = game_.Current()->sideToMove == kWhite;
+    bool whiteToMove = game_.Current()->SideToMove() == kWhite;
     int image =
         whiteToMove ? (userPlaysWhite_ ? 0 : blinkPhase_) : (userPlaysBlack_ ? 6 : 6 + blinkPhase_);
     ImageList_Draw(App().drawing->indicators, image, dc, layout_.indicator.x, layout_.indicator.y,

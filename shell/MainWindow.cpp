@@ -201,9 +201,9 @@ std::unique_ptr<Game> MainWindow::ChooseAndLoad(GameIndex& file, int* number, bo
         ++*number;
     }
     auto game = std::make_unique<Game>(&file);
-    int error = LoadGame(*game, OwnerOf(window_), offset, count);
-    if (error != kPgnOk) {
-        if (reportFailure) ShowLoadError(error, u"Unable to load game", OwnerOf(window_));
+    PgnOutcome outcome = LoadGame(*game, OwnerOf(window_), offset, count);
+    if (!outcome.Ok()) {
+        if (reportFailure) ShowLoadError(outcome, u"Unable to load game", OwnerOf(window_));
         return nullptr;
     }
     return game;
@@ -265,7 +265,7 @@ void MainWindow::OnCommand(int id) {
                     next = next->next.get();
                 if (next == nullptr) break;
                 auto game = std::make_unique<Game>(file_.get());
-                if (LoadGame(*game, OwnerOf(window_), next->offset, file_->Count()) != kPgnOk) break;
+                if (!LoadGame(*game, OwnerOf(window_), next->offset, file_->Count()).Ok()) break;
                 game_ = std::move(game);
                 ++index_;
                 ShowGameWindow();

@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <string>
 
-#include "game/Position.h"
-#include "game/MoveText.h"
 #include "game/Game.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
+#include "game/Position.h"
 #include "platform/CodePage.h"
 
 namespace velmora {
@@ -78,12 +78,12 @@ platform::ErrorCode PgnWriter::WriteGame(Game& game) {
     WriteTag(u"[White \"", game.white.Or(u"?"));
     WriteTag(u"[Black \"", game.black.Or(u"?"));
     const bool resultKnown = game.result >= kWhiteWins && game.result <= kResultUnknown;
-    if (resultKnown) WritePiece(kResultTags[game.result], 1);
+    if (resultKnown) WritePiece(kResultTags[game.result], Wrap::Anywhere);
     if (game.SetUpFlag()) {
-        WritePiece(u"[SetUp \"1\"]\r\n", 1);
+        WritePiece(u"[SetUp \"1\"]\r\n", Wrap::Anywhere);
         char16_t text[Position::kTextBufferSize];
         game.StartPosition().WriteText(text);
-        WritePiece(u"[FEN \"" + std::u16string(text) + u"\"]\r\n", 0);
+        WritePiece(u"[FEN \"" + std::u16string(text) + u"\"]\r\n", Wrap::Whole);
     }
     if (!game.whiteEmail.IsNull()) {
         WriteTag(u"[WhiteEmail \"", game.whiteEmail.View());
@@ -93,27 +93,27 @@ platform::ErrorCode PgnWriter::WriteGame(Game& game) {
         WriteTag(u"[Trait \"", game.trait == 0 ? u"White" : u"Black");
     }
     for (ExtraTag* tag = game.FirstTag(); tag; tag = tag->next.get()) {
-        WritePiece(u"[", 1);
-        WritePiece(tag->name.View(), 1);
+        WritePiece(u"[", Wrap::Anywhere);
+        WritePiece(tag->name.View(), Wrap::Anywhere);
         WriteTag(u" \"", tag->value.View());
     }
-    WritePiece(u"\r\n", 1);
+    WritePiece(u"\r\n", Wrap::Anywhere);
     if (const char16_t* comment = game.StartPosition().Comment()) {
-        WritePiece(u" {", 1);
+        WritePiece(u" {", Wrap::Anywhere);
         WriteComment(comment);
-        WritePiece(u"}", 1);
+        WritePiece(u"}", Wrap::Anywhere);
     }
-    WriteMoves(game.StartPosition().FirstContinuation(), 1);
-    if (resultKnown) WritePiece(kResultTokens[game.result], 1);
+    WriteMoves(game.StartPosition().FirstContinuation(), true);
+    if (resultKnown) WritePiece(kResultTokens[game.result], Wrap::Anywhere);
     column_ = 0;
-    WritePiece(u"\r\n\r\n", 1);
+    WritePiece(u"\r\n\r\n", Wrap::Anywhere);
     return error_;
 }
 
 void PgnWriter::WriteTag(std::u16string_view opening, std::u16string_view value) {
-    WritePiece(opening, 1);
-    WritePiece(value, 1);
-    WritePiece(u"\"]\r\n", 1);
+    WritePiece(opening, Wrap::Anywhere);
+    WritePiece(value, Wrap::Anywhere);
+    WritePiece(u"\"]\r\n", Wrap::Anywhere);
 }
 
 // Writes each move of the line with its number where a reader needs one: on the first move,
@@ -121,30 +121,31 @@ void PgnWriter::WriteTag(std::u16string_view opening, std::u16string_view value)
 // go out as symbols ("!", "?!", ...), which our reader takes as the end of the game, and larger
 // ones as " $n" so that they come back. The SAN writer gives either symbols and nothing for
 // larger glyphs, or " $n" for all, so it writes the symbols and " $n" is added here.
-void PgnWriter::WriteMoves(MoveNode* first, int numberFirst) {
-    int numberNeeded = numberFirst;
+void PgnWriter::WriteMoves(MoveNode* first, bool numberFirst) {
+    bool numberNeeded = numberFirst;
     for (MoveNode* node = first; node; node = node->positionAfter->FirstContinuation()) {
         char16_t san[kSanBufferSize];
-        WriteSan(node, san, {.withNumber = numberNeeded != 0});
+        WriteSan(node, san, {.withNumber = numberNeeded});
         std::u16string piece = node == first ? u"" : u" ";
         piece += san;
         if (node->nag > kLastSymbolGlyph) piece += Decimal(" $%d", node->nag);
-        WritePiece(piece, 1);
+        WritePiece(piece, Wrap::Anywhere);
 
         Position* after = node->positionAfter;
-        if (after->Value().evaluation != 0) WritePiece(Decimal(" $%d", after->Value().evaluation), 1);
+        if (after->Value().evaluation != 0)
+            WritePiece(Decimal(" $%d", after->Value().evaluation), Wrap::Anywhere);
         const char16_t* comment = after->Comment();
         if (comment) {
-            WritePiece(u" {", 1);
+            WritePiece(u" {", Wrap::Anywhere);
             WriteComment(comment);
-            WritePiece(u"}", 1);
+            WritePiece(u"}", Wrap::Anywhere);
         }
         bool variations = false;
         for (MoveNode* variation = node->FirstVariation(); variation;
              variation = variation->NextVariation()) {
-            WritePiece(u" (", 1);
-            WriteMoves(variation, 1);
-            WritePiece(u")", 1);
+            WritePiece(u" (", Wrap::Anywhere);
+            WriteMoves(variation, true);
+            WritePiece(u")", Wrap::Anywhere);
             variations = true;
         }
         const bool black = ColourOf(node->positionBefore->GetSquare(node->from)) == kBlack;
@@ -165,43 +166,43 @@ void PgnWriter::WriteComment(const char16_t* text) {
                 break;
             }
         }
-        WritePiece(rest.substr(0, cut), 0);
+        WritePiece(rest.substr(0, cut), Wrap::Whole);
         rest.remove_prefix(cut);
     }
-    WritePiece(rest, 0);
+    WritePiece(rest, Wrap::Whole);
 }
 
-void PgnWriter::WriteWrapped(const char16_t* text, int breakAnywhere) {
+void PgnWriter::WriteWrapped(const char16_t* text, Wrap wrap) {
     if (text == nullptr) {
         column_ = 0;
         return;
     }
-    WritePiece(text, breakAnywhere);
+    WritePiece(text, wrap);
 }
 
 // Converts the piece to ANSI bytes, of which at most 511 are kept, and writes them wrapped.
-void PgnWriter::WritePiece(std::u16string_view text, int breakAnywhere) {
+void PgnWriter::WritePiece(std::u16string_view text, Wrap wrap) {
     std::string bytes = platform::WideToAnsi(text);
     if (bytes.size() > kMaxPieceBytes) bytes.resize(kMaxPieceBytes);
-    WrapBytes(bytes.data(), static_cast<int>(bytes.size()), breakAnywhere);
+    WrapBytes(bytes.data(), static_cast<int>(bytes.size()), wrap);
 }
 
 // Writes the bytes on the current line when they fit before column 80. Otherwise a piece that
-// must stay whole (breakAnywhere 0) and is shorter than a line moves to a new line, and any
+// must stay whole (Wrap::Whole) and is shorter than a line moves to a new line, and any
 // other piece is broken at the last blank, "(" or "{" that keeps the line within 79 bytes (78
 // for a whole-piece); the rest continues on the next line and may break anywhere.
-void PgnWriter::WrapBytes(const char* bytes, int count, int breakAnywhere) {
+void PgnWriter::WrapBytes(const char* bytes, int count, Wrap wrap) {
     if (column_ + count < kLineLimit) {
         WriteFitting(bytes, count);
         return;
     }
-    if (!breakAnywhere && count < kLineLimit) {
+    if (wrap == Wrap::Whole && count < kLineLimit) {
         WriteBytes("\r\n", 2);
         column_ = 0;
         WriteFitting(bytes, count);
         return;
     }
-    const int limit = kLineLimit - 1 - column_ - (breakAnywhere ? 0 : 1);
+    const int limit = kLineLimit - 1 - column_ - (wrap == Wrap::Anywhere ? 0 : 1);
     int skip = 0;
     int at = FindBreak(bytes, limit, &skip);
     if (at < 0 && column_ == 0 && FindBreak(bytes, count - 1, &skip) >= 0) {
@@ -214,13 +215,13 @@ void PgnWriter::WrapBytes(const char* bytes, int count, int breakAnywhere) {
         WriteBytes(bytes, at);
         WriteBytes("\r\n", 2);
         column_ = 0;
-        WrapBytes(bytes + at + skip, count - at - skip, 1);
+        WrapBytes(bytes + at + skip, count - at - skip, Wrap::Anywhere);
         return;
     }
     WriteBytes("\r\n", 2);
     column_ = 0;
     if (FindBreak(bytes, count - 1, &skip) >= 0) {
-        WrapBytes(bytes, count, 1);
+        WrapBytes(bytes, count, Wrap::Anywhere);
     } else {
         WriteBytes(bytes, count);
         column_ += count;

@@ -12,6 +12,10 @@ class MoveNode;
 
 class PgnWriter {
   public:
+    // Whether a piece of text may be cut at any byte to fit the line, or stays whole on a line
+    // of its own when it does not fit (position texts, comment pieces).
+    enum class Wrap { Anywhere, Whole };
+
     explicit PgnWriter(platform::File& file) : file_(&file) {}
 
     // Writes the tag lines, a blank line, the move text, the result and a blank line.
@@ -19,16 +23,16 @@ class PgnWriter {
     platform::ErrorCode WriteGame(Game& game);
     // Writes one piece of text under the 80-column rule (see the .cpp). Null text only resets
     // the column.
-    void WriteWrapped(const char16_t* text, int breakAnywhere);
+    void WriteWrapped(const char16_t* text, Wrap wrap);
     // Writes the moves of the line that starts at first, each followed by its variations.
-    void WriteMoves(MoveNode* first, int numberFirst);
+    void WriteMoves(MoveNode* first, bool numberFirst);
     // Writes a comment, cut at blanks into pieces of at most 511 characters.
     void WriteComment(const char16_t* text);
     int Column() const { return column_; }
 
   private:
-    void WritePiece(std::u16string_view text, int breakAnywhere);
-    void WrapBytes(const char* bytes, int count, int breakAnywhere);
+    void WritePiece(std::u16string_view text, Wrap wrap);
+    void WrapBytes(const char* bytes, int count, Wrap wrap);
     void WriteFitting(const char* bytes, int count);
     void WriteTag(std::u16string_view opening, std::u16string_view value);
     void WriteBytes(const char* bytes, int count);

@@ -198,7 +198,15 @@ int CandidateOrigins(const PositionValue& position, PieceCode code, Square from,
             }
         }
     } else {
-        for (int s = 0; s < 64; ++s) {
+        // Kings: none before the first, and nothing after it when the position knows that one
+        // to be the only king of its colour.
+        int first = 0, last = 63;
+        if (code == ColourOf(code) + kKing) {
+            first = position.KingSquare(ColourOf(code));
+            if (first < 0) return 0;
+            if (position.KnowsOnlyKing(ColourOf(code))) last = first;
+        }
+        for (int s = first; s <= last; ++s) {
             if (s == from || board[s] != code) continue;
             if (IsLegalMove(position, static_cast<Square>(s), to)) {
                 squares[count++] = static_cast<Square>(s);

@@ -48,6 +48,10 @@ class PositionValue {
         const Square known = kings_[colour == kWhite ? 0 : 1];
         return known != kNoSquare ? known : FindKing(colour);
     }
+    // Whether the colour is known to have exactly one king, on KingSquare.
+    bool KnowsOnlyKing(Colour colour) const {
+        return kings_[colour == kWhite ? 0 : 1] != kNoSquare;
+    }
     // Empties the 64 squares and nothing else.
     void ClearSquares();
     // Whether the squares are those of the initial position (nothing else is compared).

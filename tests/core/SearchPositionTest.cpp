@@ -2,8 +2,6 @@
 // target position is found, and after which move, is checked through the game search.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "core/SearchPosition.h"
 #include "tests/core/TestBoards.h"
 
@@ -24,10 +22,12 @@ void Replay(SearchPosition& search, std::initializer_list<const char*> moves) {
 
 TEST(SearchPosition, PieceCountsDecideWhenToGoOnOrStop) {
     // A target with fewer pieces may still come; a game with fewer pieces than it never gets back.
-    auto fewer = testing::FromText("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPP1/RNBQKBNR w - - 0 1");
-    SearchPosition early(fewer.get(), kNone, kNone);
+    const PositionValue fewer =
+        testing::FromText("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPP1/RNBQKBNR w - - 0 1");
+    SearchPosition early(&fewer, kNone, kNone);
     EXPECT_EQ(early.found + early.impossible, 0u);
-    Position initial;
+    const PositionValue initial;
+    EXPECT_EQ(SearchPosition(&initial, kNone, kNone).found, 1u);
     SearchPosition late(&initial, kNone, kNone);
     late.SetFromText(u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPP1/RNBQKBNR w - - 0 1");
     EXPECT_EQ(late.impossible, 1u);
@@ -37,10 +37,11 @@ TEST(SearchPosition, PieceCountsDecideWhenToGoOnOrStop) {
 // Intended: an en-passant capture removes the pawn but not its count, so the piece count stays
 // one too high and the true position after it is not matched.
 TEST(SearchPosition, EnPassantLeavesThePieceCountHigh) {
-    auto after = testing::FromText("rnbqkbnr/1pp1pppp/p2P4/8/8/8/PPPP1PPP/RNBQKBNR b - - 0 3");
-    SearchPosition search(after.get(), kNone, kNone);
+    const PositionValue after =
+        testing::FromText("rnbqkbnr/1pp1pppp/p2P4/8/8/8/PPPP1PPP/RNBQKBNR b - - 0 3");
+    SearchPosition search(&after, kNone, kNone);
     Replay(search, {"e2e4", "a7a6", "e4e5", "d7d5", "e5d6"});
-    EXPECT_EQ(std::memcmp(search.board, after->board, 64), 0);
+    EXPECT_TRUE(search.Value().SameSquares(after));
     EXPECT_EQ(search.pieceCount, 32u);
     EXPECT_EQ(search.blackCounts[0], 8);
     EXPECT_EQ(search.found, 0u);
@@ -51,7 +52,7 @@ TEST(SearchPosition, BlackPromotionStoresTheBareType) {
     SearchPosition search(nullptr, kNone, kNone);
     search.SetFromText(u"4k3/8/8/8/8/8/p7/4K3 b - - 0 1");
     search.ApplyMove(Sq("a2"), Sq("a1"), kQueen);
-    EXPECT_EQ(search.board[Sq("a1")], kQueen);
+    EXPECT_EQ(search.Value().At(Sq("a1")), kQueen);
     EXPECT_EQ(search.blackCounts[kPawn - 1], 0);
     EXPECT_EQ(search.blackCounts[kQueen - 1], 1);
 }

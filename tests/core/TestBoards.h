@@ -4,13 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/ChessTypes.h"
-#include "game/Position.h"
+#include "core/MoveRules.h"
+#include "core/PositionText.h"
+#include "core/PositionValue.h"
 
 namespace velmora::testing {
 
@@ -27,6 +28,11 @@ constexpr const char* kKiwipete =
 constexpr Square Sq(const char* name) {
     return MakeSquare(name[0] - 'a', name[1] - '1');
 }
+// Returns the move written "e2e4" or "e7e8q".
+inline Move MoveOf(const std::string& text) {
+    return Move{Sq(text.c_str()), Sq(text.c_str() + 2),
+                static_cast<std::uint8_t>(text.size() > 4 ? TypeFromLetter(text[4]) : 0)};
+}
 
 inline std::string Narrow(const char16_t* text) {
     std::string out;
@@ -35,18 +41,32 @@ inline std::string Narrow(const char16_t* text) {
     return out;
 }
 
-// Builds a position from its text; a text the reader rejects fails the calling test.
-inline std::unique_ptr<Position> FromText(const std::string& text) {
-    auto position = std::make_unique<Position>();
-    EXPECT_EQ(position->SetFromText(std::u16string(text.begin(), text.end()).c_str()), 1) << text;
+// Reads a position text; a text the reader rejects fails the calling test.
+inline PositionValue FromText(const std::string& text) {
+    PositionValue position;
+    EXPECT_TRUE(ReadPositionText(std::u16string(text.begin(), text.end()).c_str(), &position))
+        << text;
     return position;
 }
 
-inline std::string TextOf(const Position& position) {
-    char16_t buffer[Position::kTextBufferSize] = {};
-    int length = position.WriteText(buffer);
+inline std::string TextOf(const PositionValue& position) {
+    char16_t buffer[kPositionTextSize] = {};
+    int length = WritePositionText(position, buffer);
     EXPECT_EQ(length, static_cast<int>(Narrow(buffer).size()));
     return Narrow(buffer);
+}
+
+// Plays the moves written "e2e4 e7e5" in turn, each of which must pass the legality test, and
+// returns what the last one did.
+inline PlayedMove PlayMoves(PositionValue& position, const std::string& moves) {
+    std::istringstream words(moves);
+    PlayedMove played;
+    for (std::string word; words >> word;) {
+        const Move move = MoveOf(word);
+        EXPECT_TRUE(IsLegalMove(position, move.from, move.to)) << TextOf(position) << " " << word;
+        played = PlayOnValue(position, move);
+    }
+    return played;
 }
 
 // Splits "e2e4 1, g1f3 0" into its comma-separated cases, each a list of blank-separated words.
@@ -62,33 +82,25 @@ inline std::vector<std::vector<std::string>> Cases(const std::string& list) {
     return cases;
 }
 
-// Plays a move written "e2e4" or "e7e8q" and returns the new position (null if refused).
-inline Position* Play(Position* position, const std::string& move) {
-    Position* next = position->PlayMove(Sq(move.c_str()), Sq(move.c_str() + 2), nullptr,
-                                        TypeFromLetter(move.c_str()[4]), nullptr);
-    EXPECT_NE(next, nullptr) << move;
-    return next;
-}
-
 // Moves these rules accept that chess forbids.
 enum Objection { kNone = 0, kStepsOverPiece = 1, kCastlesIllegally = 2 };
 
 // Names why chess would refuse a move these rules accept: a pawn double step over an occupied
 // square, or castling without the rook in its corner or across a square an enemy pawn attacks
 // diagonally.
-inline int ChessObjection(const Position& position, Square from, Square to) {
-    PieceCode code = position.board[from];
+inline int ChessObjection(const PositionValue& position, Square from, Square to) {
+    PieceCode code = position.At(from);
     if (TypeOf(code) == kPawn && std::abs(RankOf(to) - RankOf(from)) == 2) {
-        return position.board[(from + to) / 2] ? kStepsOverPiece : kNone;
+        return position.At((from + to) / 2) ? kStepsOverPiece : kNone;
     }
     if (TypeOf(code) != kKing || std::abs(FileOf(to) - FileOf(from)) != 2) return kNone;
     Colour colour = ColourOf(code);
     int rank = RankOf(from), crossed = FileOf(to) == 6 ? 5 : 3;
     int pawnRank = colour == kWhite ? rank + 1 : rank - 1;
     PieceCode enemyPawn = OtherSide(colour) + kPawn;
-    bool rookHome = position.board[MakeSquare(crossed == 5 ? 7 : 0, rank)] == colour + kRook;
-    bool crossedAttacked = position.board[MakeSquare(crossed - 1, pawnRank)] == enemyPawn ||
-                           position.board[MakeSquare(crossed + 1, pawnRank)] == enemyPawn;
+    bool rookHome = position.At(MakeSquare(crossed == 5 ? 7 : 0, rank)) == colour + kRook;
+    bool crossedAttacked = position.At(MakeSquare(crossed - 1, pawnRank)) == enemyPawn ||
+                           position.At(MakeSquare(crossed + 1, pawnRank)) == enemyPawn;
     return rookHome && !crossedAttacked ? kNone : kCastlesIllegally;
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "PgnTestSupport.h"
+#include "core/PositionText.h"
 #include "game/GameSearch.h"
 
 namespace velmora {
@@ -38,9 +39,9 @@ std::string Find(const SearchCriteria& criteria, bool withFoundAt = false) {
     return recorder.found;
 }
 
-std::unique_ptr<Position> Target(const char16_t* text) {
-    auto position = std::make_unique<Position>();
-    EXPECT_TRUE(position->SetFromText(text));
+PositionValue Target(const char16_t* text) {
+    PositionValue position;
+    EXPECT_TRUE(ReadPositionText(text, &position));
     return position;
 }
 

@@ -1,15 +1,24 @@
-// The move tree: variations, replacing, deleting, promoting and walking in notation order.
+// The move tree: positions of the tree, moves played and read into it, variations, replacing,
+// deleting, promoting and walking in notation order.
 #include <gtest/gtest.h>
 
-#include "game/Position.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
+#include "game/Position.h"
 #include "tests/core/TestBoards.h"
 
 namespace velmora {
 namespace {
 
-using testing::Play;
 using testing::Sq;
+
+// Plays a move written "e2e4" or "e7e8q" and returns the new position (null if refused).
+Position* Play(Position* position, const std::string& move) {
+    const Move m = testing::MoveOf(move);
+    Position* next = position->PlayMove(m.from, m.to, nullptr, m.promotion, nullptr);
+    EXPECT_NE(next, nullptr) << move;
+    return next;
+}
 
 // Checks the links and levels of every node below position and returns how many there are.
 int ExpectConsistent(Position* position) {
@@ -136,6 +145,82 @@ TEST_F(MoveTree, PromoteLineOnTheMainLineChangesNothing) {
     EXPECT_EQ(b->nextAlternative, l);
     EXPECT_EQ(ExpectConsistent(&root), 13);
     ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {j, 2}, {l, 1}});
+}
+
+int chooserCalls = 0;
+void* chooserContext = nullptr;
+int Chooser(void* context) {
+    chooserContext = context;
+    return ++chooserCalls == 1 ? kKnight : 0;
+}
+
+// The node of a move played into the tree records what the move did.
+TEST(TreePosition, PlayMoveRecordsTheMoveOnItsNode) {
+    Position root;
+    ASSERT_TRUE(root.SetFromText(u"4k3/3p4/8/4P3/8/8/8/4K2R b K - 0 1"));
+    Position* taken = Play(Play(&root, "d7d5"), "e5d6");
+    PieceCode code = 0;
+    Square square = 99;
+    ASSERT_TRUE(taken->ArrivalNode()->GetCapture(&code, &square));
+    EXPECT_EQ(std::pair(code, square), std::pair(PieceCode(kBlack + kPawn), Sq("d6")));
+    EXPECT_FALSE(root.FirstContinuation()->GetCapture(&code, &square));
+    MoveNode* castled = Play(Play(taken, "e8f7"), "e1g1")->ArrivalNode();
+    EXPECT_EQ(castled->castlingKind, 1);
+    EXPECT_TRUE(castled->givesCheck);  // the rook gives it from f1
+    // Squares beyond the board and illegal moves are refused and add nothing.
+    for (const auto& [from, to] :
+         {std::pair{64, 0}, {Sq("e2"), 200}, {-1, 3}, {Sq("d6"), Sq("d8")}})
+        EXPECT_EQ(taken->PlayMove(from, to, nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(taken->FirstContinuation()->nextAlternative, nullptr);
+
+    // The promotion type comes from the caller, else the chooser with the caller's context,
+    // else the queen.
+    Position promotion;
+    ASSERT_TRUE(promotion.SetFromText(u"8/4P1k1/8/8/8/8/p7/4K3 w - - 0 1"));
+    auto promote = [&](int type, void* context) {  // the type on the node and the code on e8
+        Position* after = promotion.PlayMove(Sq("e7"), Sq("e8"), nullptr, type, context);
+        return after->ArrivalNode()->promotion * 100 + after->GetSquare(Sq("e8"));
+    };
+    ASSERT_EQ(GetPromotionChooser(), nullptr);
+    EXPECT_EQ(promote(0, nullptr), 505);
+    int context = 0;
+    SetPromotionChooser(&Chooser);
+    EXPECT_EQ(promote(0, &context), 303);
+    EXPECT_EQ(chooserContext, &context);
+    EXPECT_EQ(promote(kBishop, nullptr), 404);
+    EXPECT_EQ(chooserCalls, 1);
+    EXPECT_EQ(promote(0, nullptr), 505);  // the chooser gave 0
+    SetPromotionChooser(nullptr);
+}
+
+// SAN read into the tree finds a move already there instead of adding it again; a new move
+// becomes a variation; a move that cannot be played adds nothing and says why.
+TEST(TreePosition, ReadSanReusesContinuations) {
+    Position root;
+    SanStatus status = SanStatus::Ok;
+    Position* e4 = ReadSan(&root, "e4");
+    EXPECT_EQ(ReadSan(&root, u"e4", &status), e4);
+    EXPECT_EQ(status, SanStatus::Ok);
+    Position* d4 = ReadSan(&root, "d4");
+    EXPECT_TRUE(d4 != e4 && d4->ArrivalNode()->IsVariation());
+    EXPECT_EQ(ReadSan(&root, "Nf6", &status), nullptr);
+    EXPECT_EQ(status, SanStatus::NoSuchMove);
+    EXPECT_EQ(ReadSan(&root, "Zz", &status), nullptr);
+    EXPECT_EQ(status, SanStatus::Unreadable);
+    EXPECT_EQ(root.FirstContinuation()->nextAlternative->nextAlternative, nullptr);
+}
+
+// A comment is copied, up to its length when given as a view; null leaves none.
+TEST(TreePosition, CommentsAreCopied) {
+    Position position;
+    char16_t text[] = u"Good";
+    position.SetComment(text);
+    text[0] = u'X';
+    EXPECT_EQ(testing::Narrow(position.Comment()), "Good");
+    position.SetComment(std::u16string_view(u"Fine!", 4));
+    EXPECT_EQ(testing::Narrow(position.Comment()), "Fine");
+    position.SetComment(static_cast<const char16_t*>(nullptr));
+    EXPECT_EQ(position.Comment(), nullptr);
 }
 
 // A long game is freed without deep recursion (the native build checks for leaks).

@@ -3,27 +3,12 @@
 
 #include <optional>
 #include <random>
-#include <stdexcept>
 
 #include "PgnTestSupport.h"
-#include "game/Position.h"
 #include "game/PgnLexer.h"
 
 namespace velmora {
 namespace {
-
-// A temporary file holding bytes, open for reading through the platform layer.
-struct TempFile {
-    test::TempFolder folder;
-    std::unique_ptr<platform::File> file;
-    explicit TempFile(const std::string& bytes) {
-        test::WriteBytes(folder.Path("t.pgn"), bytes);
-        platform::ErrorCode error = 1;
-        file = platform::SystemFileSystem().Open(folder.Path("t.pgn"),
-                                                 platform::OpenMode::ReadShared, &error);
-        if (!file) throw std::runtime_error("cannot open the temporary file");
-    }
-};
 
 using Line = std::pair<std::string, std::uint32_t>;  // the text, then Position() after it
 
@@ -38,13 +23,13 @@ std::optional<Line> ReadOne(PgnLineReader& reader) {
 // stands after the first line, each reader then seeking back to every offset and 0: all agree.
 std::vector<Line> ReadEverySize(const std::string& bytes) {
     SCOPED_TRACE(testing::PrintToString(bytes));
-    TempFile file(bytes);
+    test::MemoryFile file(bytes);
     std::vector<Line> all;
     for (std::uint32_t size : {255u, 1u, 7u, 256u, 4096u, PgnLineReader::kDefaultBlockSize}) {
         SCOPED_TRACE(size);
         const std::uint32_t start = size == 255 || all.empty() ? 0 : all[0].second;
-        EXPECT_EQ(file.file->Seek(start, platform::SeekOrigin::Begin, nullptr), 0u);
-        PgnLineReader reader(*file.file, size);
+        file.position = start;
+        PgnLineReader reader(file, size);
         std::vector<Line> lines;
         for (std::optional<Line> line; lines.size() < 10000 && (line = ReadOne(reader));)
             lines.push_back(*line);
@@ -91,15 +76,16 @@ TEST(PgnLineReader, CutsLinesAndOffsetsTheSameWithEveryBlockSize) {
 }
 
 // The tokens of bytes: "N:" move number, "M:" move, "U:" unknown, "_" whitespace, a Nag's text,
-// "End" and a glyph's text, "{" and the comment read over "old" then "}", ")", "(" or ";". The
-// last token is asked for again, and " then " and the answer follow when it differs.
+// "End" and a glyph's text, "{" and the comment's text then "}" (or why it was not read), ")",
+// "(" or ";". The last token is asked for again, and " then " and the answer follow when it
+// differs.
 std::string Lex(const std::string& bytes) {
     auto describe = [](TokenKind kind, const char16_t* text) {
         const char* names[] = {"{", "", ";", "(", ")", "N:", "M:", "End", "U:", "_", ""};
         return names[int(kind)] + (kind == TokenKind::Whitespace ? "" : platform::WideToUtf8(text));
     };
-    TempFile file(bytes + "\r\n");
-    PgnLineReader reader(*file.file);
+    test::MemoryFile file(bytes + "\r\n");
+    PgnLineReader reader(file);
     char first[PgnLineReader::kLineSize] = {};
     int length = 0;
     reader.ReadLine(first, &length);
@@ -110,11 +96,14 @@ std::string Lex(const std::string& bytes) {
         TokenKind kind = lexer.NextToken(text);
         result += (result.empty() ? "" : " ") + describe(kind, text);
         if (kind == TokenKind::LineComment) lexer.SkipLine();
-        Position position;
-        position.SetComment(u"old");
-        if (kind == TokenKind::CommentStart && lexer.ReadComment(&position) != 1) result += "fail";
-        const char16_t* comment = position.Comment() ? position.Comment() : u"<none>";
-        if (kind == TokenKind::CommentStart) result += platform::WideToUtf8(comment) + "}";
+        std::u16string_view comment;
+        if (kind == TokenKind::CommentStart) {
+            const PgnLexer::CommentRead read = lexer.ReadComment(&comment);
+            result += read == PgnLexer::CommentRead::Complete
+                          ? platform::WideToUtf8(std::u16string(comment)) + "}"
+                      : read == PgnLexer::CommentRead::FileEnded ? "<file ended>"
+                                                                 : "<too long>";
+        }
         if (kind != TokenKind::End && kind != TokenKind::Unknown) continue;
         const std::string repeat = describe(lexer.NextToken(again), again);
         return result + (repeat == describe(kind, text) ? "" : " then " + repeat);
@@ -145,12 +134,13 @@ TEST(PgnLexer, SplitsMoveTextIntoTokens) {
         {"Pe4 e5", "U:Pe4 e5"},
         {"e4 -abcdefghijklmnopqrstuvwxyz", "M:e4 _ U:-abcdefghijklmnopqrs"},
         {"{ \ta\r\nb} e4", "{a b} _ M:e4 _ End"},
+        {"{first comment}{c} e4", "{first comment} {c} _ M:e4 _ End"},
         {"{ \ta\r\n  b\tc\r\n\r\n\n}\r\ne4", "{a   b\tc} _ M:e4 _ End"},
         {"{ \ta\r\n[Event] }e4", "{a [Event] } M:e4 _ End"},
         {"{ \ta\r\n" + w254 + "\r\n" + w253 + "\r\n}O-O",
          "{a " + w254 + " " + w253 + "} M:O-O _ End"},
         {"{ \ta" + lines + "}O-O", "{a" + joined + "} M:O-O _ End"},
-        {"{ \ta\r\nb\r\nc", "{old} End"},
+        {"{ \ta\r\nb\r\nc", "{<file ended> End"},
     };
     for (const auto& [input, tokens] : cases)
         EXPECT_EQ(Lex(input), tokens) << input;

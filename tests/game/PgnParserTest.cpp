@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "PgnTestSupport.h"
-#include "game/MoveText.h"
 #include "game/Game.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnParser.h"
 #include "game/PgnWriter.h"
@@ -24,7 +24,7 @@ std::string Line(const MoveNode* first) {
                 std::to_string(node->level);
         if (node->nag) text += " $" + std::to_string(node->nag);
         const Position* after = node->positionAfter;
-        if (after->evaluation) text += " #" + std::to_string(after->evaluation);
+        if (after->Value().evaluation) text += " #" + std::to_string(after->Value().evaluation);
         if (after->Comment()) text += " {" + WideToUtf8(after->Comment()) + '}';
         if (node->IsVariation()) continue;  // a list's variations hang on its first node
         for (const MoveNode* other = node->nextAlternative; other; other = other->nextAlternative)
@@ -44,7 +44,7 @@ std::string Tree(const Game& game) {
 }
 
 // Loads game number (from 1; 0 and -1 are offsets) of a data file, or of file when it is a game.
-int Load(const std::string& file, int number, Game& game) {
+PgnOutcome Load(const std::string& file, int number, Game& game) {
     static test::TempFolder folder;
     std::u16string path = test::DataPath(file);
     if (file[0] == '[') test::WriteBytes(path = folder.Path("inline.pgn"), file);
@@ -116,14 +116,14 @@ TEST(PgnParser, LoadsEachFileAsTheRulesSayAndReadsBackWhatItWrites) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.file.substr(0, 40) + " game " + std::to_string(c.game));
         Game game, reread;
-        const int code = Load(c.file, c.game, game);
-        EXPECT_EQ(code, c.code);
-        EXPECT_EQ(c.message.empty() ? "" : WideToUtf8(MessageFor(code)), c.message);
+        const PgnOutcome outcome = Load(c.file, c.game, game);
+        EXPECT_EQ(outcome.code, c.code);
+        EXPECT_EQ(c.message.empty() ? "" : WideToUtf8(MessageFor(outcome)), c.message);
         EXPECT_EQ(Tree(game), c.tree);
-        if (code != kPgnOk) continue;
+        if (!outcome.Ok()) continue;
         test::MemoryFile written;
         ASSERT_EQ(PgnWriter(written).WriteGame(game), 0u);
-        ASSERT_EQ(Load(written.bytes, 0, reread), 0) << written.bytes;
+        ASSERT_EQ(Load(written.bytes, 0, reread).code, kPgnOk) << written.bytes;
         EXPECT_EQ(Tree(reread), c.reread.empty() ? c.tree : c.reread);
         EXPECT_EQ(test::Text(reread.white), test::Text(game.white));
         EXPECT_EQ(reread.result, game.result);
@@ -134,9 +134,9 @@ TEST(PgnParser, TagsFlagsOffsetsAndMessages) {
     const std::string three = test::ReadBytes(test::DataPath("three-games.pgn"));
     const std::string next = test::ReadBytes(test::DataPath("no-result-token-then-next-game.pgn"));
     Game first, last, unfinished;
-    ASSERT_EQ(Load("three-games.pgn", 1, first), 0);
-    ASSERT_EQ(Load("three-games.pgn", 3, last), 0);
-    ASSERT_EQ(Load("no-result-token-then-next-game.pgn", 1, unfinished), 0);
+    ASSERT_TRUE(Load("three-games.pgn", 1, first).Ok());
+    ASSERT_TRUE(Load("three-games.pgn", 3, last).Ok());
+    ASSERT_TRUE(Load("no-result-token-then-next-game.pgn", 1, unfinished).Ok());
     EXPECT_EQ(first.endOffset, three.find("[White \"Dupont\"]"));  // past the blank line
     EXPECT_EQ(last.offset, three.rfind("[Event"));
     EXPECT_EQ(last.endOffset, three.size());
@@ -151,9 +151,9 @@ TEST(PgnParser, TagsFlagsOffsetsAndMessages) {
               u"Aubert, Claire|2003.05.17|ECOC20");
     test::RecordedMessages shown;
     const std::u16string missing = test::DataPath("no-such-file.pgn");
-    EXPECT_EQ(LoadGame(first, nullptr, three.size(), 0), kPgnUnexpected);
+    EXPECT_EQ(LoadGame(first, nullptr, three.size(), 0).code, kPgnUnexpected);
     first.SetFilePath(missing);
-    EXPECT_EQ(LoadGame(first, nullptr, 0, 0), kPgnCannotOpen);
+    EXPECT_EQ(LoadGame(first, nullptr, 0, 0).code, kPgnCannotOpen);
     ASSERT_EQ(shown.shown.size(), 1u);
     EXPECT_EQ(shown.shown[0].first, u"Unable to load file");
     EXPECT_EQ(shown.shown[0].second.rfind(u"File '" + missing + u"' : ", 0), 0u);

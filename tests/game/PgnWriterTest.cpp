@@ -7,10 +7,10 @@
 #include <tuple>
 
 #include "PgnTestSupport.h"
-#include "game/Position.h"
-#include "game/MoveText.h"
 #include "game/Game.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
+#include "game/Position.h"
 
 namespace velmora {
 namespace {
@@ -37,7 +37,7 @@ TEST(PgnWriter, TagsOfANewGameAndOptionalSetUpCorrespondenceAndExtraTags) {
     game.SetWhite(nullptr);  // no value: "?"
     game.SetBlack(u"");      // empty: nothing
     game.SetResultCode(-1);  // no Result line, no result token
-    ASSERT_EQ(game.StartPosition().SetFromText(u"4k3/8/8/8/8/8/8/4K3 b - - 0 40"), 1);
+    ASSERT_TRUE(game.StartPosition().SetFromText(u"4k3/8/8/8/8/8/8/4K3 b - - 0 40"));
     game.SetWhiteEmail(u"w@x.org");
     game.lastMove = 12;
     game.trait = 32;
@@ -57,7 +57,7 @@ TEST(PgnWriter, MoveTextNumbersGlyphsCommentsVariationsAndWrapsAtTheLastBlankTha
     Position* nf3 = Play(Play(Play(start, "e4", 1), "e5", 2), "Nf3", 3);
     Play(start, "d4", 7);
     nf3->SetComment(u"good");
-    nf3->evaluation = 14;
+    nf3->Value().evaluation = 14;
     Play(Play(nf3, "Nc6", 4), "Bb5", 10);
     Play(Play(nf3, "d6", 5), "d4", 6);
     game.SetResultCode(kWhiteWins);
@@ -83,23 +83,24 @@ TEST(PgnWriter, MoveTextNumbersGlyphsCommentsVariationsAndWrapsAtTheLastBlankTha
 TEST(PgnWriter, WrappedPiecesBreakAtBlanksAndAfterBrackets) {
     // Blanks at 40, 79 and 80: a line holds 79 bytes, 78 for a piece meant to stay whole.
     const std::string longPiece = std::string(40, 'x') + " " + std::string(38, 'y') + "  zzz";
-    // column (filled with 'f' before the piece), piece, breakAnywhere, bytes, column after
-    const std::tuple<int, std::string, int, std::string, int> cases[] = {
-        {70, " abcdefghi", 1, "\r\nabcdefghi", 9},        // 80 bytes do not fit; the blank goes
-        {70, "abc def ghij", 0, "\r\nabc def ghij", 12},  // kept whole on a new line
-        {78, " (", 1, " (\r\n", 0},
-        {70, " {abcdefghijk", 1, " {\r\nabcdefghijk", 11},
-        {10, "ab\r\ncd", 1, "ab\r\ncd", 2},
-        {0, longPiece, 1, longPiece.substr(0, 79) + "\r\n zzz", 4},
-        {0, longPiece, 0, std::string(40, 'x') + "\r\n" + longPiece.substr(41), 43},
-        {0, std::string(100, 'w') + " tail", 1, std::string(100, 'w') + "\r\ntail", 4},
+    // column (filled with 'f' before the piece), piece, wrap mode, bytes, column after
+    constexpr auto kAnywhere = PgnWriter::Wrap::Anywhere, kWhole = PgnWriter::Wrap::Whole;
+    const std::tuple<int, std::string, PgnWriter::Wrap, std::string, int> cases[] = {
+        {70, " abcdefghi", kAnywhere, "\r\nabcdefghi", 9},  // 80 bytes do not fit; the blank goes
+        {70, "abc def ghij", kWhole, "\r\nabc def ghij", 12},  // kept whole on a new line
+        {78, " (", kAnywhere, " (\r\n", 0},
+        {70, " {abcdefghijk", kAnywhere, " {\r\nabcdefghijk", 11},
+        {10, "ab\r\ncd", kAnywhere, "ab\r\ncd", 2},
+        {0, longPiece, kAnywhere, longPiece.substr(0, 79) + "\r\n zzz", 4},
+        {0, longPiece, kWhole, std::string(40, 'x') + "\r\n" + longPiece.substr(41), 43},
+        {0, std::string(100, 'w') + " tail", kAnywhere, std::string(100, 'w') + "\r\ntail", 4},
     };
-    for (const auto& [column, piece, breakAnywhere, expected, columnAfter] : cases) {
+    for (const auto& [column, piece, wrap, expected, columnAfter] : cases) {
         SCOPED_TRACE(piece);
         test::MemoryFile file;
         PgnWriter writer(file);
-        writer.WriteWrapped(std::u16string(column, u'f').c_str(), 1);
-        writer.WriteWrapped(platform::Utf8ToWide(piece).c_str(), breakAnywhere);
+        writer.WriteWrapped(std::u16string(column, u'f').c_str(), kAnywhere);
+        writer.WriteWrapped(platform::Utf8ToWide(piece).c_str(), wrap);
         EXPECT_EQ(file.bytes.substr(column), expected);
         EXPECT_EQ(writer.Column(), columnAfter);
     }

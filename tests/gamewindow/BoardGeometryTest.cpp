@@ -123,12 +123,5 @@ TEST(BoardGeometry, ArrowPolygonCorners) {
     EXPECT_EQ(ArrowPolygon(kFlipped, Sq("e2"), Sq("e4"))[4], (Point{69, 63}));
 }
 
-TEST(BoardGeometry, DarkSquaresStartWithA1) {
-    for (const char* name : {"a1", "b2", "h8", "e5"})
-        EXPECT_TRUE(IsDarkSquare(FileOf(Sq(name)), RankOf(Sq(name)))) << name;
-    for (const char* name : {"b1", "h1", "a8", "e4"})
-        EXPECT_FALSE(IsDarkSquare(FileOf(Sq(name)), RankOf(Sq(name)))) << name;
-}
-
 }  // namespace
 }  // namespace velmora

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "core/MoveRules.h"
-#include "game/Position.h"
-#include "game/MoveText.h"
+#include "core/LegalMoves.h"
 #include "game/Game.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
+#include "game/Position.h"
 #include "platform/CodePage.h"
 
 #if defined(__unix__) || defined(__MINGW32__)
@@ -117,21 +117,17 @@ TEST(NotationRows, NodesWithoutARowGoToRowOne) {
 MoveNode* AddRandomMove(std::vector<Position*>& positions, std::mt19937& random) {
     Position* position = positions.back();
     if (random() % 3 == 0) position = positions[random() % positions.size()];
-    std::vector<std::pair<int, int>> moves;
-    for (int from = 0; from < 64; ++from) {
-        const PieceCode code = position->board[from];
-        if (code == 0 || ColourOf(code) != position->sideToMove) continue;
-        for (int to = 0; to < 64; ++to) {
-            int promotes = 0;
-            if (to == from || TestMove(*position, Square(from), Square(to), &promotes) != 1)
-                continue;
-            if (position->FindContinuation(from, to, promotes ? kQueen : 0) == nullptr)
-                moves.emplace_back(from, to);
-        }
+    MoveList legal;
+    LegalMoves(position->Value(), &legal);
+    std::vector<Move> moves;
+    for (const Move& m : legal) {
+        if ((m.promotion == 0 || m.promotion == kQueen) &&
+            position->FindContinuation(m.from, m.to, m.promotion) == nullptr)
+            moves.push_back(m);
     }
     if (moves.empty()) return nullptr;
-    const auto [from, to] = moves[random() % moves.size()];
-    Position* after = position->PlayMove(from, to, nullptr, kQueen, nullptr);
+    const Move move = moves[random() % moves.size()];
+    Position* after = position->PlayMove(move.from, move.to, nullptr, kQueen, nullptr);
     if (after == nullptr) return nullptr;
     if (random() % 5 == 0) after->SetComment(u"note");
     after->ArrivalNode()->nag = static_cast<std::uint8_t>(random() % 4 == 0 ? 1 + random() % 7 : 0);

@@ -2,12 +2,13 @@
 #include "gamewindow/NotationView.h"
 
 #include "game/MoveTree.h"
-#include "gamewindow/NotationRows.h"
+#include "models/NotationRows.h"
+#include "models/Settings.h"
 #include "platform/win32/WideText.h"
-#include "shell/Application.h"
-#include "shell/DialogBase.h"
-#include "shell/DrawingResources.h"
-#include "shell/Settings.h"
+#include "ui/Application.h"
+#include "ui/DebugTrace.h"
+#include "ui/DialogBase.h"
+#include "ui/DrawingResources.h"
 
 namespace velmora {
 

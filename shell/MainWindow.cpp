@@ -1,17 +1,17 @@
 // The main window: document list, menu bar, and the road from a chosen file to the game window.
 #include "shell/MainWindow.h"
 
-#include <commctrl.h>
-
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
+#include "models/Settings.h"
 #include "resources/resource.h"
-#include "shell/Application.h"
-#include "shell/DialogBase.h"
-#include "shell/DrawingResources.h"
 #include "shell/GameListDialog.h"
-#include "shell/Settings.h"
-#include "shell/pocketpc.h"
+#include "ui/AboutDialog.h"
+#include "ui/Application.h"
+#include "ui/DeviceFrame.h"
+#include "ui/DocumentList.h"
+#include "ui/MenuBar.h"
+#include "ui/MessageBoxes.h"
 
 namespace velmora {
 namespace {
@@ -78,8 +78,8 @@ void MainWindow::OnCreate() {
     pocketpc::SetDeviceFrame(window_);
     menuBar_ = pocketpc::CreateMenuBar(window_, App().resourceInstance, IDM_MAIN_MENU);
     const pocketpc::ToolButton buttons[] = {{0, ID_NEW_GAME}, {1, ID_NEW_POSITION}, {2, ID_SEARCH}};
-    if (!pocketpc::AddToolButtons(menuBar_, App().programInstance, IDB_MAIN_TOOLBAR, 3, buttons,
-                                  3)) {
+    if (!pocketpc::AddToolButtons(menuBar_, {App().programInstance, IDB_MAIN_TOOLBAR, 3},
+                                  buttons)) {
         SystemErrorBoxFromString(GetLastError(), IDS_CANNOT_CREATE_TOOLBAR);
     }
     HMENU system = GetSystemMenu(window_, FALSE);
@@ -265,7 +265,8 @@ void MainWindow::OnCommand(int id) {
                     next = next->next.get();
                 if (next == nullptr) break;
                 auto game = std::make_unique<Game>(file_.get());
-                if (LoadGame(*game, OwnerOf(window_), next->offset, file_->Count()) != kPgnOk) break;
+                if (LoadGame(*game, OwnerOf(window_), next->offset, file_->Count()) != kPgnOk)
+                    break;
                 game_ = std::move(game);
                 ++index_;
                 ShowGameWindow();
@@ -275,58 +276,6 @@ void MainWindow::OnCommand(int id) {
             // New position, search, import and the options come with their own dialogs.
             break;
     }
-}
-
-// About box -------------------------------------------------------------------------------
-
-namespace {
-
-INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_INITDIALOG:
-            pocketpc::InitDialog(dialog, pocketpc::kDoneButton | pocketpc::kSipDown |
-                                             pocketpc::kFullScreenNoMenuBar | pocketpc::kEmptyMenu);
-            SetWindowLongPtrW(dialog, DWLP_USER, 1);
-            // The French module carries no icon: the icon and the bold title come from here.
-            SendDlgItemMessageW(dialog, IDC_ABOUT_ICON, STM_SETICON,
-                                reinterpret_cast<WPARAM>(LoadIconW(App().programInstance,
-                                                                   MAKEINTRESOURCEW(IDI_VELMORA))),
-                                0);
-            if (App().drawing != nullptr) {
-                SendDlgItemMessageW(dialog, IDC_ABOUT_TITLE, WM_SETFONT,
-                                    reinterpret_cast<WPARAM>(App().drawing->boldFont), TRUE);
-            }
-            return TRUE;
-        case WM_COMMAND:
-            if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) EndDialog(dialog, 1);
-            return TRUE;
-        case WM_SIZE:
-            if (GetWindowLongPtrW(dialog, DWLP_USER) != 0) {
-                LayoutFromTemplate(
-                    App().resourceInstance, dialog,
-                    HIWORD(lParam) >= LOWORD(lParam) ? IDD_ABOUT : IDD_ABOUT_LANDSCAPE);
-                HWND bar = FindWindowExW(dialog, nullptr, L"VelmoraMenuBar", nullptr);
-                pocketpc::PlaceMenuBar(bar);
-            }
-            return TRUE;
-        case WM_DESTROY:
-            pocketpc::ForgetDialog(dialog);
-            return FALSE;
-        default:
-            return FALSE;
-    }
-}
-
-}  // namespace
-
-void ShowAboutDialog(HWND owner) {
-    int templateId = pocketpc::ScreenIsPortrait() ? IDD_ABOUT : IDD_ABOUT_LANDSCAPE;
-    HRSRC resource = FindResourceW(App().resourceInstance, MAKEINTRESOURCEW(templateId), RT_DIALOG);
-    HGLOBAL loaded = resource != nullptr ? LoadResource(App().resourceInstance, resource) : nullptr;
-    if (loaded == nullptr) return;
-    DialogBoxIndirectParamW(App().resourceInstance,
-                            static_cast<LPCDLGTEMPLATEW>(LockResource(loaded)), owner, AboutProc,
-                            0);
 }
 
 }  // namespace velmora

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "game/UserMessages.h"
+#include "models/FileAssociation.h"
+#include "models/Settings.h"
 #include "platform/CodePage.h"
 #include "platform/Paths.h"
-#include "shell/FileAssociation.h"
-#include "shell/Settings.h"
 
 namespace velmora {
 namespace {

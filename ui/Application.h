@@ -4,15 +4,12 @@
 
 #include <windows.h>
 
-#include <string>
-
 #include "game/UserMessages.h"
 
 namespace velmora {
 
 class Settings;
 class DrawingResources;
-class MainWindow;
 
 struct Application {
     HINSTANCE programInstance = nullptr;
@@ -20,8 +17,9 @@ struct Application {
     HINSTANCE resourceInstance = nullptr;
     Settings* settings = nullptr;
     DrawingResources* drawing = nullptr;
-    MainWindow* mainWindow = nullptr;
-    HWND mainWindowHandle = nullptr;
+    // The default owner of the string-table message box (MessageFromString).
+    HWND mainWindow = nullptr;
+    // The system language is French: built-in texts follow it even without the French module.
     bool french = false;
 };
 

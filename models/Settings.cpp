@@ -1,12 +1,12 @@
 // Settings: loading and saving the user's choices and the recent-name lists.
-#include "shell/Settings.h"
+#include "models/Settings.h"
 
 #include <algorithm>
 #include <memory>
 #include <string>
 
+#include "models/FileAssociation.h"
 #include "platform/Paths.h"
-#include "shell/FileAssociation.h"
 
 namespace velmora {
 

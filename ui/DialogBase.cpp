@@ -1,17 +1,15 @@
-// The dialog framework and the message-box helpers.
-#include "shell/DialogBase.h"
+// The dialog framework: templates by orientation, the shared dialog procedure and the
+// re-layout of a dialog's controls when the screen turns.
+#include "ui/DialogBase.h"
 
-#include <cstdarg>
-
-#include "platform/DebugOutput.h"
-#include "platform/SystemError.h"
-#include "shell/Application.h"
-#include "shell/pocketpc.h"
+#include "ui/Application.h"
+#include "ui/DeviceFrame.h"
+#include "ui/MenuBar.h"
+#include "ui/MessageBoxes.h"
 
 namespace velmora {
 namespace {
 
-HWND currentOwner = nullptr;
 constexpr int kNeverMovedControl = 1108;
 
 // Reads a template field that is an ordinal (0xFFFF, id), an empty string or a string, and
@@ -196,65 +194,9 @@ void LayoutFromTemplate(HINSTANCE module, HWND dialog, int templateId) {
     if (positions != nullptr) EndDeferWindowPos(positions);
 }
 
-HWND SwapCurrentOwner(HWND owner) {
-    HWND previous = currentOwner;
-    currentOwner = owner;
-    return previous;
-}
-
-HWND CurrentOwner() {
-    return currentOwner;
-}
-
 void ShowWaitCursor(bool on) {
     static HCURSOR wait = LoadCursorW(nullptr, IDC_WAIT);
     SetCursor(on ? wait : nullptr);
-}
-
-int MessageFromString(int textId, const wchar_t* caption, UINT style, HWND owner) {
-    wchar_t text[1024] = {};
-    LoadStringW(App().resourceInstance, static_cast<UINT>(textId), text, 1024);
-    return MessageBoxW(owner != nullptr ? owner : App().mainWindowHandle, text, caption, style);
-}
-
-int MessageFromStrings(int textId, int captionId, UINT style, HWND owner) {
-    wchar_t text[512];
-    wchar_t caption[128];
-    if (LoadStringW(App().resourceInstance, static_cast<UINT>(textId), text, 512) == 0) {
-        lstrcpyW(text, L"???");
-    }
-    if (LoadStringW(App().resourceInstance, static_cast<UINT>(captionId), caption, 128) == 0) {
-        lstrcpyW(caption, L"???");
-    }
-    return MessageBoxW(owner != nullptr ? owner : currentOwner, text, caption, style);
-}
-
-int SystemErrorBox(DWORD code, const wchar_t* caption, HWND owner) {
-    std::u16string text = platform::ErrorTextOrCode(code);
-    return MessageBoxW(owner != nullptr ? owner : currentOwner, Wide(text.c_str()), caption,
-                       MB_ICONERROR);
-}
-
-int SystemErrorBoxFromString(DWORD code, int captionId, HWND owner) {
-    wchar_t caption[128];
-    if (LoadStringW(App().programInstance, static_cast<UINT>(captionId), caption, 128) == 0) {
-        lstrcpyW(caption, L"Message not available");
-    }
-    return SystemErrorBox(code, caption, owner);
-}
-
-int SystemErrorBoxUnowned(DWORD code, const wchar_t* caption) {
-    std::u16string text = platform::ErrorTextOrCode(code);
-    return MessageBoxW(nullptr, Wide(text.c_str()), caption, MB_ICONERROR);
-}
-
-void DebugTrace(const wchar_t* format, ...) {
-    wchar_t text[1024];
-    va_list arguments;
-    va_start(arguments, format);
-    wvsprintfW(text, format, arguments);
-    va_end(arguments);
-    platform::DebugTrace(Utf16(text));
 }
 
 }  // namespace velmora

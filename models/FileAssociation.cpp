@@ -1,5 +1,5 @@
 // FileAssociation: comparing and writing the ".pgn" entries of the classes root.
-#include "shell/FileAssociation.h"
+#include "models/FileAssociation.h"
 
 #include "game/UserMessages.h"
 

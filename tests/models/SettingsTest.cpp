@@ -1,7 +1,7 @@
 // The user's settings and recent-name lists over a store in memory.
 #include <gtest/gtest.h>
 
-#include "shell/Settings.h"
+#include "models/Settings.h"
 
 namespace velmora {
 namespace {

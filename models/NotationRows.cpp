@@ -1,5 +1,5 @@
 // NotationRows: row texts, closing parentheses, the whole list and where a new move's row goes.
-#include "gamewindow/NotationRows.h"
+#include "models/NotationRows.h"
 
 #include "core/Position.h"
 #include "core/San.h"

@@ -1,5 +1,5 @@
 // DialogBase: the modal dialog every window of the program derives from (template by
-// orientation, full screen in the device frame, optional menu bar), and the message boxes.
+// orientation, full screen in the device frame, optional menu bar).
 #pragma once
 
 #include <windows.h>
@@ -44,20 +44,7 @@ class DialogBase {
 // control 1108), applying the template's titles to buttons and static texts.
 void LayoutFromTemplate(HINSTANCE module, HWND dialog, int templateId);
 
-// The default owner of error boxes; returns the previous one.
-HWND SwapCurrentOwner(HWND owner);
-HWND CurrentOwner();
-
+// Shows the system's wait cursor, or takes the cursor away.
 void ShowWaitCursor(bool on);
-
-// Message boxes: text from the resource strings or a system error code.
-int MessageFromString(int textId, const wchar_t* caption, UINT style, HWND owner = nullptr);
-int MessageFromStrings(int textId, int captionId, UINT style, HWND owner = nullptr);
-int SystemErrorBox(DWORD code, const wchar_t* caption, HWND owner = nullptr);
-int SystemErrorBoxFromString(DWORD code, int captionId, HWND owner = nullptr);
-int SystemErrorBoxUnowned(DWORD code, const wchar_t* caption);
-
-// Formats text (wsprintfW, up to three arguments) and writes it to the debug output.
-void DebugTrace(const wchar_t* format, ...);
 
 }  // namespace velmora

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "gamewindow/BoardGeometry.h"
+#include "models/BoardGeometry.h"
 
 namespace velmora {
 

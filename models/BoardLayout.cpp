@@ -11,7 +11,7 @@
 // rectangle, or the upper half of the room in the layouts without a list. The side-to-move
 // indicator sits beside the lower right corner of the board in portrait (left of the lower left
 // corner when the right has no room) and below the board in landscape.
-#include "gamewindow/BoardLayout.h"
+#include "models/BoardLayout.h"
 
 #include <algorithm>
 

@@ -1,26 +1,40 @@
 // The shared drawing resources, created at start-up and freed at shut-down.
-#include "shell/DrawingResources.h"
+#include "ui/DrawingResources.h"
 
-#include "shell/Application.h"
-#include "shell/Settings.h"
+#include "models/Settings.h"
+#include "resources/resource.h"
+#include "ui/Application.h"
 
 namespace velmora {
 namespace {
 
-constexpr int kSmallBitmaps[DrawingResources::kPieceSets] = {139, 118, 132, 129};
-constexpr int kLargeBitmaps[DrawingResources::kPieceSets] = {113, 119, 131, 128};
+// The piece sets in the order of the "bitmapIndex" setting.
+constexpr int kSmallBitmaps[DrawingResources::kPieceSets] = {IDB_DIAGRAM_SMALL, IDB_STAUNTON_SMALL,
+                                                             IDB_TITAN_SMALL, IDB_ROYAL_SMALL};
+constexpr int kLargeBitmaps[DrawingResources::kPieceSets] = {IDB_DIAGRAM_LARGE, IDB_STAUNTON_LARGE,
+                                                             IDB_TITAN_LARGE, IDB_ROYAL_LARGE};
+constexpr int kPiecesInASet = 12;
 constexpr COLORREF kTransparent = 0x000000FF;  // pure red
 
-// Loads bitmap id of the program into a new image list of size x size images; with a mask,
-// every pure red pixel is transparent. Null when the bitmap or list cannot be made.
-HIMAGELIST LoadStrip(int id, int width, int height, int count, bool masked) {
-    HBITMAP bitmap = static_cast<HBITMAP>(LoadImageW(App().programInstance, MAKEINTRESOURCEW(id),
-                                                     IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
+// A bitmap of the program holding count images of width x height side by side.
+struct Strip {
+    int bitmapId;
+    int width;
+    int height;
+    int count;
+    bool masked;  // every pure red pixel is transparent
+};
+
+// Loads a strip into a new image list; null when the bitmap or list cannot be made.
+HIMAGELIST LoadStrip(const Strip& strip) {
+    HBITMAP bitmap =
+        static_cast<HBITMAP>(LoadImageW(App().programInstance, MAKEINTRESOURCEW(strip.bitmapId),
+                                        IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
     if (bitmap == nullptr) return nullptr;
-    HIMAGELIST list =
-        ImageList_Create(width, height, ILC_COLOR24 | (masked ? ILC_MASK : 0), count, 1);
+    HIMAGELIST list = ImageList_Create(strip.width, strip.height,
+                                       ILC_COLOR24 | (strip.masked ? ILC_MASK : 0), strip.count, 1);
     if (list != nullptr) {
-        if (masked) {
+        if (strip.masked) {
             ImageList_AddMasked(list, bitmap, kTransparent);
         } else {
             ImageList_Add(list, bitmap, nullptr);
@@ -35,11 +49,13 @@ HIMAGELIST LoadStrip(int id, int width, int height, int count, bool masked) {
 DrawingResources::DrawingResources(const Settings& settings) {
     HDC screen = GetDC(nullptr);
     for (int set = 0; set < kPieceSets; ++set) {
-        smallPieces[set] = LoadStrip(kSmallBitmaps[set], kSmallSquare, kSmallSquare, 12, true);
-        largePieces[set] = LoadStrip(kLargeBitmaps[set], kLargeSquare, kLargeSquare, 12, true);
+        smallPieces[set] =
+            LoadStrip({kSmallBitmaps[set], kSmallSquare, kSmallSquare, kPiecesInASet, true});
+        largePieces[set] =
+            LoadStrip({kLargeBitmaps[set], kLargeSquare, kLargeSquare, kPiecesInASet, true});
     }
-    evaluationSymbols = LoadStrip(106, 15, 14, 8, true);
-    indicators = LoadStrip(116, 14, 14, 14, false);
+    evaluationSymbols = LoadStrip({IDB_EVALUATION_SYMBOLS, 15, 14, 8, true});
+    indicators = LoadStrip({IDB_SIDE_TO_MOVE, 14, 14, 14, false});
 
     LOGFONTW font{};
     font.lfHeight = NotationFontHeight(GetDeviceCaps(screen, LOGPIXELSY));
@@ -52,9 +68,9 @@ DrawingResources::DrawingResources(const Settings& settings) {
     bold.lfWeight = FW_BOLD;
     boldFont = CreateFontIndirectW(&bold);
 
-    nagMenu = LoadMenuW(App().resourceInstance, MAKEINTRESOURCEW(106));
+    nagMenu = LoadMenuW(App().resourceInstance, MAKEINTRESOURCEW(IDM_NAG));
     nagPopup = nagMenu != nullptr ? GetSubMenu(nagMenu, 0) : nullptr;
-    engineMenu = LoadMenuW(App().resourceInstance, MAKEINTRESOURCEW(124));
+    engineMenu = LoadMenuW(App().resourceInstance, MAKEINTRESOURCEW(IDM_ENGINE));
     RebuildColours(settings);
     ReleaseDC(nullptr, screen);
 }

@@ -1,5 +1,5 @@
 // BoardGeometry: square and pixel mapping, tap hit-testing and the move arrow's polygon.
-#include "gamewindow/BoardGeometry.h"
+#include "models/BoardGeometry.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // Board geometry: squares to pixels and back, taps on and around the board, the arrow.
-#include "gamewindow/BoardGeometry.h"
+#include "models/BoardGeometry.h"
 
 #include <gtest/gtest.h>
 

@@ -30,8 +30,8 @@ class DrawingResources {
 
     HIMAGELIST smallPieces[kPieceSets] = {};
     HIMAGELIST largePieces[kPieceSets] = {};
-    HIMAGELIST evaluationSymbols = nullptr;  // bitmap 106: 15 x 14, masked
-    HIMAGELIST indicators = nullptr;         // bitmap 116: 14 x 14, not masked
+    HIMAGELIST evaluationSymbols = nullptr;  // 15 x 14, masked
+    HIMAGELIST indicators = nullptr;         // side to move: 14 x 14, not masked
     COLORREF lightColour = 0;
     COLORREF highlightColour = 0;
     COLORREF darkColour = 0;

@@ -1,5 +1,5 @@
 // The game window layout: invariants over every layout, orientation and clock mode.
-#include "gamewindow/BoardLayout.h"
+#include "models/BoardLayout.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The notation list's rows: texts, parentheses, the whole list against rows inserted one move
 // at a time, the insertion place and the scroll rule.
-#include "gamewindow/NotationRows.h"
+#include "models/NotationRows.h"
 
 #include <gtest/gtest.h>
 

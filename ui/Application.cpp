@@ -1,5 +1,5 @@
 // The process-wide values of the program.
-#include "shell/Application.h"
+#include "ui/Application.h"
 
 namespace velmora {
 

@@ -7,6 +7,7 @@
 #include "game/MoveTree.h"
 
 namespace velmora {
+namespace {
 
 std::u16string RowText(MoveNode* node, bool indicateComment, int closingParens) {
     std::u16string text(2 * static_cast<std::size_t>(node->level), u' ');
@@ -27,6 +28,15 @@ int ClosingParens(MoveNode* node, MoveNode* nodeOfRowBelow) {
         count = node->level - nodeOfRowBelow->level + (nodeOfRowBelow->IsVariation() ? 1 : 0);
     return count > 0 ? count : 0;
 }
+
+// Where a newly played node's row goes: just after the row of the node printed before it, or
+// row 1 when there is none or no row shows it.
+int InsertionRow(const std::vector<NotationRow>& rows, MoveNode* node) {
+    const int row = RowOfNode(rows, node->PreviousInNotation());
+    return row == 0 ? 1 : row + 1;
+}
+
+}  // namespace
 
 std::u16string FormatRow(MoveNode* node, MoveNode* nodeOfRowBelow, bool indicateComment) {
     return RowText(node, indicateComment, ClosingParens(node, nodeOfRowBelow));
@@ -71,27 +81,12 @@ std::vector<NotationRow> BuildRows(Game& game, bool indicateComment) {
     return rows;
 }
 
-int RowOfNode(int rowCount, const RowNodeAccessor& nodeAt, MoveNode* node) {
+int RowOfNode(const std::vector<NotationRow>& rows, MoveNode* node) {
     if (node == nullptr) return 0;
-    for (int row = 0; row < rowCount; ++row) {
-        if (nodeAt(row) == node) return row;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (rows[row].node == node) return static_cast<int>(row);
     }
     return 0;
-}
-
-int RowOfNode(const std::vector<NotationRow>& rows, MoveNode* node) {
-    return RowOfNode(
-        static_cast<int>(rows.size()), [&rows](int row) { return rows[row].node; }, node);
-}
-
-int InsertionRow(int rowCount, const RowNodeAccessor& nodeAt, MoveNode* node) {
-    const int row = RowOfNode(rowCount, nodeAt, node->PreviousInNotation());
-    return row == 0 ? 1 : row + 1;
-}
-
-int InsertionRow(const std::vector<NotationRow>& rows, MoveNode* node) {
-    return InsertionRow(
-        static_cast<int>(rows.size()), [&rows](int row) { return rows[row].node; }, node);
 }
 
 int InsertRow(std::vector<NotationRow>& rows, MoveNode* node, bool indicateComment) {
@@ -112,7 +107,7 @@ int TopRowToShow(int row, int topRow, int visibleRows) {
 }
 
 int VisibleRowCount(int height, int itemHeight) {
-    return itemHeight == 0 ? 20 : height / itemHeight;
+    return itemHeight > 0 ? height / itemHeight : 20;
 }
 
 }  // namespace velmora

@@ -2,7 +2,6 @@
 // they replace and closed by parentheses), independent of the list box that shows them.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,20 +19,10 @@ struct NotationRow {
 // The text of row 0, which stands for the start position.
 inline constexpr const char16_t* kStartRowText = u"   ";
 
-// Gives the node shown in a row, for rows 0 .. row count - 1; lets the searches below run over
-// a list box as well as over a vector.
-using RowNodeAccessor = std::function<MoveNode*(int row)>;
-
 // The text of a move's row: two blanks a variation level, "(" for an alternative, the move with
 // its number and glyph symbol, " [...]" when indicateComment is set and the position after the
-// move has a comment, then closingParens times ")" (none for 0 or less).
-std::u16string RowText(MoveNode* node, bool indicateComment, int closingParens);
-
-// The number of variations that end at node's row, judged from the row below it (null when
-// there is none). Never negative.
-int ClosingParens(MoveNode* node, MoveNode* nodeOfRowBelow);
-
-// RowText with the closing parentheses that the row below calls for.
+// move has a comment, then a ")" for each variation that ends at this row, judged from the
+// node of the row below it (null when there is none).
 std::u16string FormatRow(MoveNode* node, MoveNode* nodeOfRowBelow, bool indicateComment);
 
 // All rows of the game: row 0, then the main line with each move's variations after it and
@@ -41,15 +30,10 @@ std::u16string FormatRow(MoveNode* node, MoveNode* nodeOfRowBelow, bool indicate
 std::vector<NotationRow> BuildRows(Game& game, bool indicateComment);
 
 // The row that shows node; 0 for a null node or one that no row shows.
-int RowOfNode(int rowCount, const RowNodeAccessor& nodeAt, MoveNode* node);
 int RowOfNode(const std::vector<NotationRow>& rows, MoveNode* node);
 
-// Where a newly played node's row goes: just after the row of the node printed before it, or
-// row 1 when there is none or no row shows it.
-int InsertionRow(int rowCount, const RowNodeAccessor& nodeAt, MoveNode* node);
-int InsertionRow(const std::vector<NotationRow>& rows, MoveNode* node);
-
-// Inserts the row of a newly played node into rows and re-formats the row before it, whose
+// Inserts the row of a newly played node just after the row of the node printed before it
+// (row 1 when there is none or no row shows it), and formats the row before it again, whose
 // parentheses may change; returns the new row's index.
 int InsertRow(std::vector<NotationRow>& rows, MoveNode* node, bool indicateComment);
 
@@ -58,7 +42,7 @@ int InsertRow(std::vector<NotationRow>& rows, MoveNode* node, bool indicateComme
 int TopRowToShow(int row, int topRow, int visibleRows);
 
 // How many rows fit in a list of the given height: height / itemHeight, or 20 when the item
-// height is unknown (0).
+// height is unknown (0 or less).
 int VisibleRowCount(int height, int itemHeight);
 
 }  // namespace velmora

@@ -108,8 +108,11 @@ TEST(NotationRows, NodesWithoutARowGoToRowOne) {
     Game other;
     const std::vector<MoveNode*> strangers = Build(other, "d4 d5");
     EXPECT_EQ(RowOfNode(rows, strangers[0]), 0);
-    EXPECT_EQ(InsertionRow(rows, strangers[0]), 1);  // nothing printed before it
-    EXPECT_EQ(InsertionRow(rows, strangers[1]), 1);  // what is printed before it has no row
+    // Nothing is printed before the first, and what is printed before the second has no row.
+    for (MoveNode* stranger : strangers) {
+        std::vector<NotationRow> copy = rows;
+        EXPECT_EQ(InsertRow(copy, stranger, true), 1);
+    }
 }
 
 // Adds one move to a random position of the tree and returns its node, or null when the
@@ -225,6 +228,7 @@ TEST(NotationRows, ScrollRuleAndVisibleRows) {
     EXPECT_EQ(VisibleRowCount(130, 13), 10);
     EXPECT_EQ(VisibleRowCount(138, 13), 10);
     EXPECT_EQ(VisibleRowCount(138, 0), 20);
+    EXPECT_EQ(VisibleRowCount(138, -1), 20);  // the list box could not tell (LB_ERR)
 }
 
 }  // namespace

@@ -94,7 +94,7 @@ BOOL BoardView::OnInitDialog() {
     if (App().drawing != nullptr && App().drawing->engineMenu != nullptr) {
         engineMenu_ = GetSubMenu(GetSubMenu(App().drawing->engineMenu, 0), 0);
     }
-    pocketpc::MakeFullScreen(window_, 2);
+    pocketpc::MakeFullScreen(window_, pocketpc::kHideTaskBar);
     Refresh();
     notation_.SelectNode(game_.Current()->ArrivalNode());
     return TRUE;

@@ -16,6 +16,8 @@
 namespace velmora {
 namespace {
 
+// Where the window keeps its MainWindow object, after 4 bytes of its own.
+constexpr int kObjectOffset = 4;
 constexpr UINT kFatalErrorMessage = WM_APP + 1;  // 32769
 constexpr UINT kPlainMessage = WM_APP + 2;       // 32770
 // The frame's own command that turns the screen between portrait and landscape.
@@ -37,9 +39,9 @@ bool MainWindow::RegisterWindowClass(HINSTANCE instance) {
     WNDCLASSW windowClass{};
     windowClass.style = CS_HREDRAW | CS_VREDRAW;
     windowClass.lpfnWndProc = WindowProc;
-    windowClass.cbWndExtra = 4 + sizeof(void*);
+    windowClass.cbWndExtra = kObjectOffset + sizeof(MainWindow*);
     windowClass.hInstance = instance;
-    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
+    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_VELMORA));
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     windowClass.lpszClassName = kClassName;
@@ -64,10 +66,10 @@ void MainWindow::OpenFile(const wchar_t* path) {
 }
 
 LRESULT CALLBACK MainWindow::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, 4));
+    auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, kObjectOffset));
     if (message == WM_CREATE) {
         self = static_cast<MainWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
-        SetWindowLongPtrW(window, 4, reinterpret_cast<LONG_PTR>(self));
+        SetWindowLongPtrW(window, kObjectOffset, reinterpret_cast<LONG_PTR>(self));
         self->window_ = window;
     }
     if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);

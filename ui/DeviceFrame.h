@@ -12,6 +12,8 @@ constexpr DWORD kSizeFullScreen = 0x0004;  // SHIDIF_SIZEDLGFULLSCREEN: leaves t
 constexpr DWORD kFullScreenNoMenuBar = 0x0010;  // SHIDIF_FULLSCREENNOMENUBAR
 constexpr DWORD kEmptyMenu = 0x0020;            // SHIDIF_EMPTYMENU
 constexpr DWORD kSipDown = 0x0008;              // SHIDIF_SIPDOWN
+// SHFullScreen flag.
+constexpr DWORD kHideTaskBar = 0x0002;  // SHFS_HIDETASKBAR
 
 // The handheld's screen in portrait; landscape swaps the sides.
 constexpr int kPortraitWidth = 240;

@@ -72,6 +72,13 @@ std::string Stem(const std::string& path) {
     return path.substr(0, path.rfind('.'));
 }
 
+std::string Join(const std::set<std::string>& names, const char* separator) {
+    std::string joined;
+    for (const std::string& name : names)
+        joined += (joined.empty() ? "" : separator) + name;
+    return joined;
+}
+
 struct Include {
     std::string name;
     bool angled;
@@ -122,15 +129,11 @@ void CheckLayers(const SourceTree& tree, std::set<std::string>& findings) {
             }
             if (target == folder) continue;
             if (folder == "ui" && target == "game" && kGameHeadersOfUi.count(include.name) == 0) {
-                std::string list;
-                for (const std::string& header : kGameHeadersOfUi)
-                    list += (list.empty() ? "" : ", ") + header;
                 findings.insert("layer: " + path + " includes " + include.name +
-                                " (ui may include from game only " + list + ")");
+                                " (ui may include from game only " + Join(kGameHeadersOfUi, ", ") +
+                                ")");
             } else if (allowed->second.count(target) == 0) {
-                std::string list;
-                for (const std::string& f : allowed->second)
-                    list += (list.empty() ? "" : ", ") + f;
+                const std::string list = Join(allowed->second, ", ");
                 findings.insert("layer: " + path + " includes " + include.name + " (" + folder +
                                 " may include " + (list.empty() ? "nothing else" : list) + ")");
             }
@@ -175,13 +178,12 @@ void CheckCycles(const SourceTree& tree, std::set<std::string>& findings) {
             stack.pop_back();
         } while (group.count(stem) == 0);
         if (group.size() < 2) return;
-        std::string names, includes;
+        std::string includes;
         for (const std::string& member : group) {
-            names += (names.empty() ? "" : ", ") + member;
             for (const auto& [next, why] : edges[member])
                 if (group.count(next) != 0) includes += (includes.empty() ? "" : "; ") + why;
         }
-        findings.insert("cycle: " + names + " include each other (" + includes + ")");
+        findings.insert("cycle: " + Join(group, ", ") + " include each other (" + includes + ")");
     };
     for (const auto& [stem, unused] : edges)
         if (index.count(stem) == 0) visit(stem);

@@ -2,8 +2,8 @@
 #include "gamewindow/BoardRenderer.h"
 
 #include "game/Position.h"
-#include "shell/Application.h"
-#include "shell/DrawingResources.h"
+#include "ui/Application.h"
+#include "ui/DrawingResources.h"
 
 namespace velmora {
 
@@ -16,10 +16,9 @@ BoardRenderer::~BoardRenderer() {
     if (bitmap_ != nullptr) DeleteObject(bitmap_);
 }
 
-void BoardRenderer::Attach(HWND window, int squareSize, int left, int top, bool flipped,
-                           HIMAGELIST pieces) {
+void BoardRenderer::Attach(HWND window, const BoardPlacement& placement, HIMAGELIST pieces) {
     window_ = window;
-    placement_ = BoardPlacement{squareSize, left, top, flipped};
+    placement_ = placement;
     pieces_ = pieces;
     if (memory_ != nullptr) DeleteDC(memory_);
     if (bitmap_ != nullptr) DeleteObject(bitmap_);
@@ -38,15 +37,16 @@ void BoardRenderer::SetLayout(int squareSize, int left, HIMAGELIST pieces) {
     pieces_ = pieces;
 }
 
-void BoardRenderer::DrawPieceAt(int code, int x, int y, int size, HIMAGELIST pieces, HDC dc,
+void BoardRenderer::DrawPieceAt(PieceCode code, int x, int y, int size, HIMAGELIST pieces, HDC dc,
                                 COLORREF colour) {
     RECT rect{x, y, x + size, y + size};
     COLORREF previous = SetBkColor(dc, colour);
     ExtTextOutW(dc, x, y, ETO_OPAQUE, &rect, L"", 0, nullptr);
     SetBkColor(dc, previous);
-    int type = code & 31;
-    if (type < 1 || type > 6 || pieces == nullptr) return;
-    int image = 2 * (type - 1) + ((code & 32) != 0 ? 1 : 0);
+    const int type = TypeOf(code);
+    if (type < kPawn || type > kKing || pieces == nullptr) return;
+    // Each piece type has its white image, then its black one.
+    int image = 2 * (type - kPawn) + (ColourOf(code) == kBlack ? 1 : 0);
     ImageList_Draw(pieces, image, dc, x, y, ILD_TRANSPARENT);
 }
 
@@ -93,8 +93,8 @@ void BoardRenderer::RefreshSelected(bool highlighted, const Position& position) 
     ReleaseDC(window_, dc);
 }
 
-int BoardRenderer::SquareFromPoint(int x, int y, int* file, int* rank) const {
-    return velmora::SquareFromPoint(placement_, x, y, file, rank);
+bool BoardRenderer::SquareFromPoint(int x, int y, int* file, int* rank) const {
+    return velmora::SquareFromPoint(placement_, x, y, file, rank) != 0;
 }
 
 void BoardRenderer::DrawArrow(HDC dc, int from, int to) {

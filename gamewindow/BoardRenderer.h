@@ -8,7 +8,8 @@
 
 #include <cstdint>
 
-#include "gamewindow/BoardGeometry.h"
+#include "core/ChessTypes.h"
+#include "models/BoardGeometry.h"
 
 namespace velmora {
 
@@ -25,7 +26,7 @@ class BoardRenderer {
     BoardRenderer& operator=(const BoardRenderer&) = delete;
 
     // Stores the placement and creates the 240 x 240 off-screen bitmap for window.
-    void Attach(HWND window, int squareSize, int left, int top, bool flipped, HIMAGELIST pieces);
+    void Attach(HWND window, const BoardPlacement& placement, HIMAGELIST pieces);
     void SetLayout(int squareSize, int left, HIMAGELIST pieces);
     void SetTop(int top) { placement_.top = top; }
     void Select(int file, int rank) {
@@ -43,12 +44,13 @@ class BoardRenderer {
     // Paints the board (and its frame) into the off-screen bitmap and copies it to target.
     void DrawBoard(HDC target, const Position& position, bool withFrame);
     void DrawSquare(const Position& position, int file, int rank, HDC dc, COLORREF colour);
-    static void DrawPieceAt(int code, int x, int y, int size, HIMAGELIST pieces, HDC dc,
+    // Fills the square at x, y in colour and draws the piece of code on it (none for 0).
+    static void DrawPieceAt(PieceCode code, int x, int y, int size, HIMAGELIST pieces, HDC dc,
                             COLORREF colour);
     // Repaints the selected square on the window, highlighted or in its own colour.
     void RefreshSelected(bool highlighted, const Position& position);
-    // 1 and the square under the point, or 0 with both outputs 0.
-    int SquareFromPoint(int x, int y, int* file, int* rank) const;
+    // True with the square under the point, or false with both outputs 0.
+    bool SquareFromPoint(int x, int y, int* file, int* rank) const;
     // Draws the arrow of a move from one square to another.
     void DrawArrow(HDC dc, int from, int to);
 

@@ -3,17 +3,22 @@
 #include "gamewindow/BoardView.h"
 
 #include <cstdlib>
+#include <span>
 
 #include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnSave.h"
+#include "gamewindow/ChooseMoveDialog.h"
 #include "gamewindow/CommentPane.h"
+#include "models/Settings.h"
 #include "resources/resource.h"
-#include "shell/Application.h"
-#include "shell/DrawingResources.h"
-#include "shell/MainWindow.h"
-#include "shell/Settings.h"
-#include "shell/pocketpc.h"
+#include "ui/AboutDialog.h"
+#include "ui/Application.h"
+#include "ui/DebugTrace.h"
+#include "ui/DeviceFrame.h"
+#include "ui/DrawingResources.h"
+#include "ui/MenuBar.h"
+#include "ui/MessageBoxes.h"
 
 namespace velmora {
 namespace {
@@ -29,51 +34,6 @@ constexpr pocketpc::ToolButton kToolbar[] = {{0, ID_SAVE_IF_MODIFIED}, {1, ID_ED
                                              {2, ID_PREVIOUS_MOVE},    {3, ID_LEAVE_VARIATION},
                                              {4, ID_NEXT_MOVE},        {5, ID_LAST_MOVE_TOOLBAR}};
 
-// "Choose move": the continuation and its alternatives in a list; OK takes the selected one.
-class ChooseMoveDialog : public DialogBase {
-  public:
-    explicit ChooseMoveDialog(MoveNode* first) : DialogBase(IDD_CHOOSE_MOVE, 0, 0), first_(first) {}
-
-    MoveNode* Chosen() const { return chosen_; }
-
-    BOOL OnInitDialog() override {
-        if (!DialogBase::OnInitDialog()) return FALSE;
-        HWND list = GetDlgItem(window_, IDC_MOVE_LIST);
-        for (MoveNode* node = first_; node != nullptr; node = node->nextAlternative) {
-            char16_t text[kSanBufferSize];
-            int length = WriteSan(node, text, {.withNumber = true});
-            std::wstring shown(text, text + length);
-            LRESULT row =
-                SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
-            SendMessageW(list, LB_SETITEMDATA, static_cast<WPARAM>(row),
-                         reinterpret_cast<LPARAM>(node));
-        }
-        SendMessageW(list, LB_SETCURSEL, 0, 0);
-        SetFocus(list);
-        return FALSE;
-    }
-
-    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override {
-        int id = LOWORD(wParam);
-        bool doubleTap = id == IDC_MOVE_LIST && HIWORD(wParam) == LBN_DBLCLK;
-        if (id == IDOK || doubleTap) {
-            HWND list = GetDlgItem(window_, IDC_MOVE_LIST);
-            LRESULT row = SendMessageW(list, LB_GETCURSEL, 0, 0);
-            if (row != LB_ERR) {
-                chosen_ = reinterpret_cast<MoveNode*>(
-                    SendMessageW(list, LB_GETITEMDATA, static_cast<WPARAM>(row), 0));
-            }
-            EndDialog(window_, 1);
-            return TRUE;
-        }
-        return DialogBase::OnCommand(wParam, lParam);
-    }
-
-  private:
-    MoveNode* first_;
-    MoveNode* chosen_ = nullptr;
-};
-
 }  // namespace
 
 BoardView::BoardView(Game& game) : DialogBase(IDD_GAME_WINDOW, 0, 0), game_(game) {
@@ -85,12 +45,12 @@ BoardView::~BoardView() {
     game_.RemoveObserver(this);
 }
 
-int BoardView::Run(HWND parent, int initialMove) {
+bool BoardView::Run(HWND parent, int initialMove) {
     initialMove_ = initialMove;
     exitCommand_ = 0;
     INT_PTR result = DoModal(parent);
     if (exitCommand_ != 0) PostMessageW(parent, WM_COMMAND, static_cast<WPARAM>(exitCommand_), 0);
-    return result == -1 ? 0 : 1;
+    return result != -1;
 }
 
 BOOL BoardView::OnInitDialog() {
@@ -101,15 +61,16 @@ BOOL BoardView::OnInitDialog() {
     } else {
         menuBarHeight_ = pocketpc::MenuBarHeight(menuBar_);
         // No engine folders exist until the engine host comes: the bar has nine buttons.
-        const int buttons = 9;
+        const bool engineFound = false;
         pocketpc::ToolButton shown[kToolbarImages];
         int count = 0;
         for (const pocketpc::ToolButton& button : kToolbar) {
-            if (button.command == ID_ENGINE_MENU && buttons < kToolbarImages) continue;
+            if (button.command == ID_ENGINE_MENU && !engineFound) continue;
             shown[count++] = button;
         }
-        if (!pocketpc::AddToolButtons(menuBar_, App().programInstance, IDB_GAME_TOOLBAR,
-                                      kToolbarImages, shown, count)) {
+        if (!pocketpc::AddToolButtons(menuBar_,
+                                      {App().programInstance, IDB_GAME_TOOLBAR, kToolbarImages},
+                                      std::span(shown, count))) {
             SystemErrorBoxFromString(GetLastError(), IDS_CANNOT_CREATE_TOOLBAR, window_);
         }
         MakeEvaluationItemsOwnerDrawn();
@@ -126,7 +87,7 @@ BOOL BoardView::OnInitDialog() {
     const Settings* settings = App().settings;
     int pieceSet = settings != nullptr ? static_cast<int>(settings->bitmapIndex) : 0;
     board_.Attach(
-        window_, layout_.squareSize, layout_.boardLeft, layout_.boardTop, false,
+        window_, layout_.Placement(false),
         App().drawing != nullptr ? App().drawing->Pieces(pieceSet, layout_.squareSize) : nullptr);
     created_ = true;
     notation_.Rebuild(nullptr);
@@ -134,7 +95,7 @@ BOOL BoardView::OnInitDialog() {
     if (App().drawing != nullptr && App().drawing->engineMenu != nullptr) {
         engineMenu_ = GetSubMenu(GetSubMenu(App().drawing->engineMenu, 0), 0);
     }
-    pocketpc::MakeFullScreen(window_, 2);
+    pocketpc::MakeFullScreen(window_, pocketpc::kHideTaskBar);
     Refresh();
     notation_.SelectNode(game_.Current()->ArrivalNode());
     return TRUE;

@@ -5,10 +5,10 @@
 #include <windows.h>
 
 #include "game/Game.h"
-#include "gamewindow/BoardLayout.h"
 #include "gamewindow/BoardRenderer.h"
 #include "gamewindow/NotationView.h"
-#include "shell/DialogBase.h"
+#include "models/BoardLayout.h"
+#include "ui/DialogBase.h"
 
 namespace velmora {
 
@@ -22,8 +22,8 @@ class BoardView : public DialogBase, public GameView {
 
     // Runs the window for the game, at the initial move: positive White's move number,
     // negative Black's, 0 where the game stands. Posts the exit command to parent after it
-    // ends. Returns 1 unless the window could not be created.
-    int Run(HWND parent, int initialMove);
+    // ends. Returns false when the window could not be created.
+    bool Run(HWND parent, int initialMove);
 
     INT_PTR DialogProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     BOOL OnInitDialog() override;

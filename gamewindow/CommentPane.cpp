@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "shell/Application.h"
-#include "shell/DrawingResources.h"
+#include "ui/Application.h"
+#include "ui/DrawingResources.h"
 
 namespace velmora {
 namespace {

@@ -1,13 +1,14 @@
-// The notation list box: rows built by NotationRows, kept in step with the game's cursor.
+// The notation list box: it shows the rows NotationRows builds and keeps, and follows the
+// game's cursor.
 #include "gamewindow/NotationView.h"
 
 #include "game/MoveTree.h"
-#include "gamewindow/NotationRows.h"
+#include "models/Settings.h"
 #include "platform/win32/WideText.h"
-#include "shell/Application.h"
-#include "shell/DialogBase.h"
-#include "shell/DrawingResources.h"
-#include "shell/Settings.h"
+#include "ui/Application.h"
+#include "ui/DebugTrace.h"
+#include "ui/DialogBase.h"
+#include "ui/DrawingResources.h"
 
 namespace velmora {
 
@@ -24,7 +25,7 @@ void NotationView::Attach(Game* game) {
     game_->AddObserver(this, 0);
 }
 
-int NotationView::Create(HWND parent, int controlId, const RECT& rect) {
+bool NotationView::Create(HWND parent, int controlId, const RECT& rect) {
     rect_ = rect;
     listBox_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"LISTBOX", L"",
                                WS_CHILD | WS_CLIPSIBLINGS | WS_VSCROLL | LBS_NOINTEGRALHEIGHT |
@@ -32,7 +33,7 @@ int NotationView::Create(HWND parent, int controlId, const RECT& rect) {
                                rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
                                parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(controlId)),
                                App().programInstance, nullptr);
-    if (listBox_ == nullptr) return 0;
+    if (listBox_ == nullptr) return false;
     if (App().drawing != nullptr) {
         SendMessageW(listBox_, WM_SETFONT, reinterpret_cast<WPARAM>(App().drawing->notationFont),
                      TRUE);
@@ -41,7 +42,7 @@ int NotationView::Create(HWND parent, int controlId, const RECT& rect) {
     previousProc_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(listBox_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Subclass)));
     ComputeVisibleRows();
-    return 1;
+    return true;
 }
 
 void NotationView::Move(const RECT& rect) {
@@ -70,58 +71,38 @@ void NotationView::ComputeVisibleRows() {
     } else {
         itemHeight = static_cast<int>(SendMessageW(listBox_, LB_GETITEMHEIGHT, 0, 0));
     }
-    visibleRows_ = itemHeight > 0 ? height / itemHeight : 20;
+    visibleRows_ = VisibleRowCount(height, itemHeight);
 }
 
 bool NotationView::IndicateComment() const {
     return App().settings == nullptr || App().settings->indicateComment != 0;
 }
 
-MoveNode* NotationView::NodeAt(int row) const {
-    LRESULT data = SendMessageW(listBox_, LB_GETITEMDATA, static_cast<WPARAM>(row), 0);
-    return data == LB_ERR ? nullptr : reinterpret_cast<MoveNode*>(data);
-}
-
-int NotationView::RowOf(MoveNode* node) const {
-    if (node == nullptr || listBox_ == nullptr) return 0;
-    int count = RowCount();
-    for (int row = 0; row < count; ++row) {
-        if (NodeAt(row) == node) return row;
-    }
-    return 0;
-}
-
 MoveNode* NotationView::SelectedNode() const {
     if (listBox_ == nullptr) return nullptr;
     LRESULT row = SendMessageW(listBox_, LB_GETCURSEL, 0, 0);
-    return row == LB_ERR ? nullptr : NodeAt(static_cast<int>(row));
+    return row >= 0 && row < RowCount() ? rows_[static_cast<std::size_t>(row)].node : nullptr;
 }
 
-int NotationView::RowCount() const {
-    return listBox_ == nullptr ? 0 : static_cast<int>(SendMessageW(listBox_, LB_GETCOUNT, 0, 0));
-}
-
-std::wstring NotationView::FormatRow(MoveNode* node, int rowBelow) const {
-    MoveNode* below = rowBelow < RowCount() ? NodeAt(rowBelow) : nullptr;
-    return platform::win32::ToWin32(RowText(node, IndicateComment(), ClosingParens(node, below)));
-}
-
-void NotationView::ReplaceRow(int row, const std::wstring& text, MoveNode* node) {
+void NotationView::ReplaceListRow(int row) {
     SendMessageW(listBox_, LB_DELETESTRING, static_cast<WPARAM>(row), 0);
-    SendMessageW(listBox_, LB_INSERTSTRING, static_cast<WPARAM>(row),
-                 reinterpret_cast<LPARAM>(text.c_str()));
-    SendMessageW(listBox_, LB_SETITEMDATA, static_cast<WPARAM>(row),
-                 reinterpret_cast<LPARAM>(node));
+    InsertListRow(row);
+}
+
+bool NotationView::InsertListRow(int row) {
+    std::wstring text = platform::win32::ToWin32(rows_[static_cast<std::size_t>(row)].text);
+    LRESULT inserted = SendMessageW(listBox_, LB_INSERTSTRING, static_cast<WPARAM>(row),
+                                    reinterpret_cast<LPARAM>(text.c_str()));
+    return inserted != LB_ERR && inserted != LB_ERRSPACE;
 }
 
 void NotationView::RefreshRow(MoveNode* node, bool select) {
     if (listBox_ == nullptr || node == nullptr) return;
-    LRESULT selected = SendMessageW(listBox_, LB_GETCURSEL, 0, 0);
-    int row = selected != LB_ERR && NodeAt(static_cast<int>(selected)) == node
-                  ? static_cast<int>(selected)
-                  : RowOf(node);
+    const int row = RowOfNode(rows_, node);
     if (row == 0) return;
-    ReplaceRow(row, FormatRow(node, row + 1), node);
+    MoveNode* below = row + 1 < RowCount() ? rows_[row + 1].node : nullptr;
+    rows_[row].text = FormatRow(node, below, IndicateComment());
+    ReplaceListRow(row);
     if (select) SendMessageW(listBox_, LB_SETCURSEL, static_cast<WPARAM>(row), 0);
 }
 
@@ -130,12 +111,10 @@ void NotationView::Rebuild(MoveNode* node) {
     ShowWaitCursor(true);
     SendMessageW(listBox_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(listBox_, LB_RESETCONTENT, 0, 0);
-    for (const NotationRow& row : BuildRows(*game_, IndicateComment())) {
+    rows_ = BuildRows(*game_, IndicateComment());
+    for (const NotationRow& row : rows_) {
         std::wstring text = platform::win32::ToWin32(row.text);
-        LRESULT index =
-            SendMessageW(listBox_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-        SendMessageW(listBox_, LB_SETITEMDATA, static_cast<WPARAM>(index),
-                     reinterpret_cast<LPARAM>(row.node));
+        SendMessageW(listBox_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
     }
     SendMessageW(listBox_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(listBox_, nullptr, TRUE);
@@ -145,7 +124,7 @@ void NotationView::Rebuild(MoveNode* node) {
 
 void NotationView::SelectNode(MoveNode* node) {
     if (listBox_ == nullptr) return;
-    int row = RowOf(node);
+    int row = RowOfNode(rows_, node);
     SendMessageW(listBox_, LB_SETCURSEL, static_cast<WPARAM>(row), 0);
     int top = static_cast<int>(SendMessageW(listBox_, LB_GETTOPINDEX, 0, 0));
     int newTop = TopRowToShow(row, top, visibleRows_);
@@ -162,22 +141,22 @@ void NotationView::OnNotify(int code) {
     }
 }
 
+// Inserts the new move's row in the rows and the list box alike; if the list box refuses it,
+// the rows go back to what the list box shows.
 void NotationView::OnMovePlayed(MoveNode* node, GameView*) {
-    if (listBox_ == nullptr || node == nullptr) return;
-    MoveNode* previous = node->PreviousInNotation();
-    int row = previous != nullptr ? RowOf(previous) : 0;
-    int at = row > 0 ? row + 1 : 1;
-    std::wstring text = FormatRow(node, at);
-    LRESULT inserted = SendMessageW(listBox_, LB_INSERTSTRING, static_cast<WPARAM>(at),
-                                    reinterpret_cast<LPARAM>(text.c_str()));
-    if (inserted == LB_ERR || inserted == LB_ERRSPACE) {
+    if (listBox_ == nullptr || node == nullptr || rows_.empty()) return;
+    const bool indicateComment = IndicateComment();
+    const int row = InsertRow(rows_, node, indicateComment);
+    if (!InsertListRow(row)) {
         DebugTrace(L"Err : %08x\n", GetLastError());
+        rows_.erase(rows_.begin() + row);
+        if (MoveNode* before = rows_[row - 1].node; before != nullptr) {
+            MoveNode* below = row < RowCount() ? rows_[row].node : nullptr;
+            rows_[row - 1].text = FormatRow(before, below, indicateComment);
+        }
         return;
     }
-    SendMessageW(listBox_, LB_SETITEMDATA, static_cast<WPARAM>(at), reinterpret_cast<LPARAM>(node));
-    if (MoveNode* before = NodeAt(at - 1); before != nullptr) {
-        ReplaceRow(at - 1, FormatRow(before, at), before);
-    }
+    if (rows_[row - 1].node != nullptr) ReplaceListRow(row - 1);
     SelectNode(node);
 }
 

@@ -4,7 +4,11 @@
 
 #include <windows.h>
 
+#include <string>
+#include <vector>
+
 #include "game/Game.h"
+#include "models/NotationRows.h"
 
 namespace velmora {
 
@@ -15,13 +19,13 @@ class NotationView : public GameView {
 
     // Follows game as a further (not primary) observer.
     void Attach(Game* game);
-    // Creates the list box child; returns 0 when it cannot be created.
-    int Create(HWND parent, int controlId, const RECT& rect);
+    // Creates the list box child; false when it cannot be created.
+    bool Create(HWND parent, int controlId, const RECT& rect);
     void Move(const RECT& rect);
     void Show(bool visible);
     HWND Window() const { return listBox_; }
     MoveNode* SelectedNode() const;
-    int RowCount() const;
+    int RowCount() const { return static_cast<int>(rows_.size()); }
     // Formats the node's row again; selects it when select is set.
     void RefreshRow(MoveNode* node, bool select);
     // Rebuilds every row, then selects node's row.
@@ -41,14 +45,14 @@ class NotationView : public GameView {
   private:
     static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void ComputeVisibleRows();
-    int RowOf(MoveNode* node) const;
-    MoveNode* NodeAt(int row) const;
-    // Formats node's row against the row below it (for its closing parentheses).
-    std::wstring FormatRow(MoveNode* node, int rowBelow) const;
-    void ReplaceRow(int row, const std::wstring& text, MoveNode* node);
+    // Puts row of rows_ into the list box: in place of the row there, or as a new one.
+    void ReplaceListRow(int row);
+    bool InsertListRow(int row);
     bool IndicateComment() const;
 
     HWND listBox_ = nullptr;
+    // What the list box shows, row for row.
+    std::vector<NotationRow> rows_;
     RECT rect_{};
     Game* game_ = nullptr;
     bool visible_ = true;

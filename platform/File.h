@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace velmora::platform {
 
@@ -40,6 +42,14 @@ class File {
     virtual ErrorCode SetEndOfFile() = 0;
 };
 
+// One entry of a folder: a file or a subfolder.
+struct FolderEntry {
+    std::u16string name;  // without the folder
+    bool isFolder = false;
+    bool hidden = false;    // marked hidden by the system; names starting with '.' are not
+    std::int64_t size = 0;  // bytes of a file; 0 for a folder
+};
+
 class FileSystem {
   public:
     virtual ~FileSystem() = default;
@@ -52,7 +62,17 @@ class FileSystem {
     virtual ErrorCode Delete(const std::u16string& path) = 0;
     // Tells whether a file or folder of that name exists.
     virtual bool Exists(const std::u16string& path) = 0;
+    // Replaces *entries with the files and subfolders of folder (with or without a separator
+    // at its end) whose names match pattern (see MatchesPattern; "*" for all), in the order the
+    // system gives them, "." and ".." left out. Fails when folder is missing or not a folder.
+    virtual ErrorCode ListFolder(const std::u16string& folder, const std::u16string& pattern,
+                                 std::vector<FolderEntry>* entries) = 0;
 };
+
+// Tells whether a name matches a pattern where '*' stands for any run of characters and '?'
+// for any one, letters A..Z in either case. Windows matches its short names as well, so there
+// "*.pgn" also finds "a.pgnx" (short name "A~1.PGN").
+bool MatchesPattern(std::u16string_view pattern, std::u16string_view name);
 
 // The real file system of the machine.
 FileSystem& SystemFileSystem();

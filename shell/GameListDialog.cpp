@@ -7,8 +7,9 @@
 #include "game/GameListOrder.h"
 #include "platform/win32/WideText.h"
 #include "resources/resource.h"
-#include "shell/Application.h"
-#include "shell/pocketpc.h"
+#include "ui/Application.h"
+#include "ui/DeviceFrame.h"
+#include "ui/MenuBar.h"
 
 namespace velmora {
 namespace {

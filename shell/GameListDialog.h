@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "game/GameListOrder.h"
-#include "shell/DialogBase.h"
+#include "ui/DialogBase.h"
 
 namespace velmora {
 

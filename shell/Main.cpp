@@ -8,48 +8,19 @@
 #include "game/TagDictionary.h"
 #include "game/UserMessages.h"
 #include "gamewindow/CommentPane.h"
+#include "models/Settings.h"
 #include "platform/SettingsStore.h"
 #include "resources/resource.h"
-#include "shell/Application.h"
-#include "shell/DialogBase.h"
-#include "shell/DrawingResources.h"
 #include "shell/MainWindow.h"
-#include "shell/Settings.h"
-#include "shell/pocketpc.h"
+#include "ui/Application.h"
+#include "ui/DeviceFrame.h"
+#include "ui/DrawingResources.h"
+#include "ui/MessageBoxes.h"
 
 namespace velmora {
 namespace {
 
 constexpr LANGID kFrench = 0x040C;
-
-// Portable code's messages and questions, shown as message boxes.
-class MessageBoxes : public UserMessages {
-  public:
-    int Show(const std::u16string& text, const std::u16string& caption, MessageIcon icon,
-             MessageButtons buttons, MessageOwner owner) override {
-        UINT style = buttons == MessageButtons::YesNo         ? MB_YESNO
-                     : buttons == MessageButtons::YesNoCancel ? MB_YESNOCANCEL
-                                                              : MB_OK;
-        switch (icon) {
-            case MessageIcon::Error:
-                style |= MB_ICONERROR;
-                break;
-            case MessageIcon::Warning:
-                style |= MB_ICONWARNING;
-                break;
-            case MessageIcon::Question:
-                style |= MB_ICONQUESTION;
-                break;
-            case MessageIcon::Stop:
-                style |= MB_ICONSTOP;
-                break;
-            case MessageIcon::None:
-                break;
-        }
-        HWND window = owner != nullptr ? WindowOf(owner) : CurrentOwner();
-        return MessageBoxW(window, Wide(text.c_str()), Wide(caption.c_str()), style);
-    }
-};
 
 // Brings the running copy to the front, with the dialog it shows when it has one open.
 void BringToFront(HWND running) {
@@ -75,7 +46,7 @@ int Run(HINSTANCE instance, const wchar_t* commandLine) {
             app.resourceInstance = french;
         }
     }
-    static MessageBoxes messageBoxes;
+    static MessageBoxMessages messageBoxes;
     SetUserMessages(&messageBoxes);
 
     auto settings = std::make_unique<Settings>();
@@ -98,11 +69,10 @@ int Run(HINSTANCE instance, const wchar_t* commandLine) {
     RegisterCommentClass(instance);
     MainWindow::RegisterWindowClass(instance);
     auto mainWindow = std::make_unique<MainWindow>();
-    app.mainWindow = mainWindow.get();
 
     bool looped = false;
     HWND window = mainWindow->Create(instance);
-    app.mainWindowHandle = window;
+    app.mainWindow = window;
     if (window == nullptr) {
         MessageFromStrings(IDS_CANNOT_CREATE_MAIN_WINDOW, IDS_CAPTION, MB_ICONERROR);
     } else {

@@ -1,21 +1,23 @@
 // The main window: document list, menu bar, and the road from a chosen file to the game window.
 #include "shell/MainWindow.h"
 
-#include <commctrl.h>
-
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
+#include "models/Settings.h"
 #include "resources/resource.h"
-#include "shell/Application.h"
-#include "shell/DialogBase.h"
-#include "shell/DrawingResources.h"
 #include "shell/GameListDialog.h"
-#include "shell/Settings.h"
-#include "shell/pocketpc.h"
+#include "ui/AboutDialog.h"
+#include "ui/Application.h"
+#include "ui/DeviceFrame.h"
+#include "ui/DocumentList.h"
+#include "ui/MenuBar.h"
+#include "ui/MessageBoxes.h"
 
 namespace velmora {
 namespace {
 
+// Where the window keeps its MainWindow object, after 4 bytes of its own.
+constexpr int kObjectOffset = 4;
 constexpr UINT kFatalErrorMessage = WM_APP + 1;  // 32769
 constexpr UINT kPlainMessage = WM_APP + 2;       // 32770
 // The frame's own command that turns the screen between portrait and landscape.
@@ -37,9 +39,9 @@ bool MainWindow::RegisterWindowClass(HINSTANCE instance) {
     WNDCLASSW windowClass{};
     windowClass.style = CS_HREDRAW | CS_VREDRAW;
     windowClass.lpfnWndProc = WindowProc;
-    windowClass.cbWndExtra = 4 + sizeof(void*);
+    windowClass.cbWndExtra = kObjectOffset + sizeof(MainWindow*);
     windowClass.hInstance = instance;
-    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
+    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_VELMORA));
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     windowClass.lpszClassName = kClassName;
@@ -64,10 +66,10 @@ void MainWindow::OpenFile(const wchar_t* path) {
 }
 
 LRESULT CALLBACK MainWindow::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, 4));
+    auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, kObjectOffset));
     if (message == WM_CREATE) {
         self = static_cast<MainWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
-        SetWindowLongPtrW(window, 4, reinterpret_cast<LONG_PTR>(self));
+        SetWindowLongPtrW(window, kObjectOffset, reinterpret_cast<LONG_PTR>(self));
         self->window_ = window;
     }
     if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
@@ -78,8 +80,8 @@ void MainWindow::OnCreate() {
     pocketpc::SetDeviceFrame(window_);
     menuBar_ = pocketpc::CreateMenuBar(window_, App().resourceInstance, IDM_MAIN_MENU);
     const pocketpc::ToolButton buttons[] = {{0, ID_NEW_GAME}, {1, ID_NEW_POSITION}, {2, ID_SEARCH}};
-    if (!pocketpc::AddToolButtons(menuBar_, App().programInstance, IDB_MAIN_TOOLBAR, 3, buttons,
-                                  3)) {
+    if (!pocketpc::AddToolButtons(menuBar_, {App().programInstance, IDB_MAIN_TOOLBAR, 3},
+                                  buttons)) {
         SystemErrorBoxFromString(GetLastError(), IDS_CANNOT_CREATE_TOOLBAR);
     }
     HMENU system = GetSystemMenu(window_, FALSE);
@@ -275,58 +277,6 @@ void MainWindow::OnCommand(int id) {
             // New position, search, import and the options come with their own dialogs.
             break;
     }
-}
-
-// About box -------------------------------------------------------------------------------
-
-namespace {
-
-INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_INITDIALOG:
-            pocketpc::InitDialog(dialog, pocketpc::kDoneButton | pocketpc::kSipDown |
-                                             pocketpc::kFullScreenNoMenuBar | pocketpc::kEmptyMenu);
-            SetWindowLongPtrW(dialog, DWLP_USER, 1);
-            // The French module carries no icon: the icon and the bold title come from here.
-            SendDlgItemMessageW(dialog, IDC_ABOUT_ICON, STM_SETICON,
-                                reinterpret_cast<WPARAM>(LoadIconW(App().programInstance,
-                                                                   MAKEINTRESOURCEW(IDI_VELMORA))),
-                                0);
-            if (App().drawing != nullptr) {
-                SendDlgItemMessageW(dialog, IDC_ABOUT_TITLE, WM_SETFONT,
-                                    reinterpret_cast<WPARAM>(App().drawing->boldFont), TRUE);
-            }
-            return TRUE;
-        case WM_COMMAND:
-            if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) EndDialog(dialog, 1);
-            return TRUE;
-        case WM_SIZE:
-            if (GetWindowLongPtrW(dialog, DWLP_USER) != 0) {
-                LayoutFromTemplate(
-                    App().resourceInstance, dialog,
-                    HIWORD(lParam) >= LOWORD(lParam) ? IDD_ABOUT : IDD_ABOUT_LANDSCAPE);
-                HWND bar = FindWindowExW(dialog, nullptr, L"VelmoraMenuBar", nullptr);
-                pocketpc::PlaceMenuBar(bar);
-            }
-            return TRUE;
-        case WM_DESTROY:
-            pocketpc::ForgetDialog(dialog);
-            return FALSE;
-        default:
-            return FALSE;
-    }
-}
-
-}  // namespace
-
-void ShowAboutDialog(HWND owner) {
-    int templateId = pocketpc::ScreenIsPortrait() ? IDD_ABOUT : IDD_ABOUT_LANDSCAPE;
-    HRSRC resource = FindResourceW(App().resourceInstance, MAKEINTRESOURCEW(templateId), RT_DIALOG);
-    HGLOBAL loaded = resource != nullptr ? LoadResource(App().resourceInstance, resource) : nullptr;
-    if (loaded == nullptr) return;
-    DialogBoxIndirectParamW(App().resourceInstance,
-                            static_cast<LPCDLGTEMPLATEW>(LockResource(loaded)), owner, AboutProc,
-                            0);
 }
 
 }  // namespace velmora

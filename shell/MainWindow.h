@@ -59,7 +59,4 @@ class MainWindow {
     int index_ = 0;
 };
 
-// Shows the About box, portrait or landscape by the screen.
-void ShowAboutDialog(HWND owner);
-
 }  // namespace velmora

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/File.h"
 
@@ -82,6 +83,35 @@ struct MemoryFileSystem final : platform::FileSystem {
         return files.erase(path) ? 0 : ENOENT;
     }
     bool Exists(const std::u16string& path) override { return files.count(path) != 0; }
+    // Folders are made of the paths below them ('/' and '\\' both separate): a folder exists
+    // while it holds a file. Entries come in path order.
+    platform::ErrorCode ListFolder(const std::u16string& folder, const std::u16string& pattern,
+                                   std::vector<platform::FolderEntry>* entries) override {
+        auto isSeparator = [](char16_t c) { return c == u'/' || c == u'\\'; };
+        std::u16string prefix = folder;
+        while (!prefix.empty() && isSeparator(prefix.back()))
+            prefix.pop_back();
+        entries->clear();
+        bool found = false;
+        for (const auto& [path, bytes] : files) {
+            if (path.size() <= prefix.size() + 1 || path.compare(0, prefix.size(), prefix) != 0 ||
+                !isSeparator(path[prefix.size()])) {
+                continue;
+            }
+            found = true;
+            const std::u16string rest = path.substr(prefix.size() + 1);
+            const auto separator = std::find_if(rest.begin(), rest.end(), isSeparator);
+            const std::u16string name(rest.begin(), separator);
+            if (!platform::MatchesPattern(pattern, name)) continue;
+            if (separator == rest.end()) {
+                entries->push_back({name, false, false, std::int64_t(bytes.size())});
+            } else if (std::none_of(entries->begin(), entries->end(),
+                                    [&name](const auto& entry) { return entry.name == name; })) {
+                entries->push_back({name, true, false, 0});
+            }
+        }
+        return found ? 0 : ENOENT;
+    }
 
     std::map<std::u16string, std::string> files;
 };

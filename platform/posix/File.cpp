@@ -1,6 +1,7 @@
 // Files on POSIX systems: open/read/write with flock() standing in for Windows share modes.
 #include "platform/File.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -8,6 +9,7 @@
 
 #include <cerrno>
 #include <string>
+#include <utility>
 
 #include "platform/CodePage.h"
 
@@ -198,6 +200,36 @@ class PosixFileSystem final : public FileSystem {
     bool Exists(const std::u16string& path) override {
         struct stat info {};
         return stat(WideToUtf8(path).c_str(), &info) == 0;
+    }
+
+    // Follows symbolic links, as Windows shows a linked folder as a folder; a link that leads
+    // nowhere is left out.
+    ErrorCode ListFolder(const std::u16string& folder, const std::u16string& pattern,
+                         std::vector<FolderEntry>* entries) override {
+        entries->clear();
+        DIR* listing = opendir(WideToUtf8(folder).c_str());
+        if (listing == nullptr) return LastError();
+        ErrorCode error = 0;
+        for (;;) {
+            errno = 0;
+            const dirent* entry = readdir(listing);
+            if (entry == nullptr) {
+                error = LastError();
+                break;
+            }
+            const std::string name = entry->d_name;
+            if (name == "." || name == "..") continue;
+            std::u16string wide = Utf8ToWide(name);
+            if (!MatchesPattern(pattern, wide)) continue;
+            struct stat info {};
+            if (fstatat(dirfd(listing), name.c_str(), &info, 0) != 0) continue;
+            FolderEntry& added = entries->emplace_back();
+            added.name = std::move(wide);
+            added.isFolder = S_ISDIR(info.st_mode);
+            added.size = added.isFolder ? 0 : static_cast<std::int64_t>(info.st_size);
+        }
+        closedir(listing);
+        return error;
     }
 
   private:

@@ -96,6 +96,38 @@ class Win32FileSystem final : public FileSystem {
     bool Exists(const std::u16string& path) override {
         return GetFileAttributesW(win32::ToWin32(path).c_str()) != INVALID_FILE_ATTRIBUTES;
     }
+
+    // Nothing found in an existing folder (no match, or a drive's root, which has no ".") is
+    // an empty listing.
+    ErrorCode ListFolder(const std::u16string& folder, const std::u16string& pattern,
+                         std::vector<FolderEntry>* entries) override {
+        entries->clear();
+        std::wstring names = win32::ToWin32(folder);
+        if (!names.empty() && names.back() != L'\\' && names.back() != L'/') names += L'\\';
+        names += win32::ToWin32(pattern);
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW(names.c_str(), &found);
+        if (search == INVALID_HANDLE_VALUE) {
+            const DWORD error = GetLastError();
+            return error == ERROR_FILE_NOT_FOUND ? 0 : error;
+        }
+        do {
+            const std::wstring_view name = found.cFileName;
+            if (name == L"." || name == L"..") continue;
+            FolderEntry& entry = entries->emplace_back();
+            entry.name = win32::FromWin32(name);
+            entry.isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+            entry.hidden = (found.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) != 0;
+            entry.size = entry.isFolder
+                             ? 0
+                             : static_cast<std::int64_t>(
+                                   (static_cast<std::uint64_t>(found.nFileSizeHigh) << 32) |
+                                   found.nFileSizeLow);
+        } while (FindNextFileW(search, &found));
+        const DWORD error = GetLastError();
+        FindClose(search);
+        return error == ERROR_NO_MORE_FILES ? 0 : error;
+    }
 };
 
 }  // namespace

@@ -60,6 +60,10 @@ struct FaultyFileSystem final : platform::FileSystem {
         return Hit("Delete") ? kInjected : real.Delete(path);
     }
     bool Exists(const Path& path) override { return real.Exists(path); }
+    ErrorCode ListFolder(const Path& folder, const Path& pattern,
+                         std::vector<platform::FolderEntry>* out) override {
+        return real.ListFolder(folder, pattern, out);
+    }
     platform::FileSystem& real = platform::SystemFileSystem();
     int failAt, count = 0;
     std::string failed;

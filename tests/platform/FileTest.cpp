@@ -1,14 +1,20 @@
-// Files through the platform layer: open modes, sharing, positions, copy, delete and exists.
+// Files through the platform layer: open modes, sharing, positions, copy, delete, exists and
+// folder listings.
 #include "platform/File.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <filesystem>
+#include <set>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <utility>
+#include <vector>
 
+#include "platform/CodePage.h"
+#include "platform/Paths.h"
 #include "tests/TestFiles.h"
 
 namespace velmora::platform {
@@ -139,6 +145,61 @@ TEST_F(Files, DeleteRemovesAClosedFileAndExistsSeesFilesAndFolders) {
     EXPECT_EQ(fs.Delete(path), 0u);
     EXPECT_FALSE(fs.Exists(path));
     EXPECT_NE(fs.Delete(path), 0u);
+}
+
+TEST_F(Files, ListFolderGivesTheMatchingFilesWithSizesAndSubfoldersButNotItself) {
+    test::WriteBytes(path, "12345");
+    test::WriteBytes(temp.Path("B.PGN"), "");
+    test::WriteBytes(temp.Path("notes.txt"), "");
+    std::filesystem::create_directory(std::filesystem::path(temp.Path("sub")));
+    std::filesystem::create_directory(std::filesystem::path(temp.Path("old.pgn")));
+    test::WriteBytes(temp.Path("sub/inner.pgn"), "x");
+    using Entry = std::tuple<std::u16string, bool, std::int64_t>;
+    const Entry name = {path.substr(folder.size() + 1), false, 5};
+    const struct {
+        std::u16string pattern;
+        std::set<Entry> expected;
+    } cases[] = {
+        {u"*",
+         {name,
+          {u"B.PGN", false, 0},
+          {u"notes.txt", false, 0},
+          {u"sub", true, 0},
+          {u"old.pgn", true, 0}}},
+        {u"*.pgn", {name, {u"B.PGN", false, 0}, {u"old.pgn", true, 0}}},
+        {u"?otes.*", {{u"notes.txt", false, 0}}},
+        {u"*.none", {}},
+    };
+    for (const auto& c : cases) {
+        for (const std::u16string& listed : {folder, folder + PathSeparator()}) {
+            SCOPED_TRACE(WideToUtf8(c.pattern + u" in " + listed));
+            std::vector<FolderEntry> entries(1);  // replaced, not appended to
+            ASSERT_EQ(fs.ListFolder(listed, c.pattern, &entries), 0u);
+            std::set<Entry> found;
+            for (const FolderEntry& entry : entries)
+                found.insert({entry.name, entry.isFolder, entry.size});
+            EXPECT_EQ(found, c.expected);
+            EXPECT_EQ(entries.size(), c.expected.size());
+        }
+    }
+    std::vector<FolderEntry> entries;
+    EXPECT_NE(fs.ListFolder(temp.Path("missing"), u"*", &entries), 0u);
+    EXPECT_NE(fs.ListFolder(path, u"*", &entries), 0u);  // a file is not a folder
+}
+
+TEST(FilePattern, StarsAndQuestionMarksInAnyLetterCase) {
+    const struct {
+        const char16_t* pattern;
+        const char16_t* name;
+        bool matches;
+    } cases[] = {
+        {u"*.pgn", u"Game.PGN", true}, {u"*.pgn", u"a.pgnx", false},
+        {u"*.pgn", u"pgn", false},     {u"*", u"", true},
+        {u"a?c", u"abc", true},        {u"a?c", u"ac", false},
+        {u"*a*b", u"xaxab", true},     {u"*a*b", u"xaxabc", false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(MatchesPattern(c.pattern, c.name), c.matches) << WideToUtf8(c.pattern);
 }
 
 }  // namespace

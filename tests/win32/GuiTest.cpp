@@ -15,13 +15,13 @@
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
 #include "gamewindow/CommentPane.h"
+#include "models/Settings.h"
 #include "platform/win32/WideText.h"
-#include "shell/Application.h"
-#include "shell/DrawingResources.h"
 #include "shell/GameListDialog.h"
 #include "shell/MainWindow.h"
-#include "shell/Settings.h"
-#include "shell/pocketpc.h"
+#include "ui/Application.h"
+#include "ui/DeviceFrame.h"
+#include "ui/DrawingResources.h"
 #include "win32/Screenshot.h"
 
 namespace velmora {
@@ -164,7 +164,7 @@ class GuiTest : public testing::Test {
                                 App().programInstance, nullptr);
         if (frame == nullptr) GTEST_SKIP() << "no display: windows cannot be created";
         pocketpc::SetDeviceFrame(frame);
-        App().mainWindowHandle = frame;
+        App().mainWindow = frame;
     }
     void TearDown() override {
         if (frame != nullptr) DestroyWindow(frame);
@@ -194,7 +194,7 @@ TEST_F(GuiTest, MainWindowListsThePgnFilesOfAllFoldersAndOfOneFolder) {
     MainWindow main;
     HWND window = main.Create(App().programInstance);
     ASSERT_NE(window, nullptr);
-    App().mainWindowHandle = window;
+    App().mainWindow = window;
     UpdateWindow(window);
     Pump();
     RECT client{};
@@ -306,7 +306,7 @@ class GameWindowTest : public GuiTest {
         index = std::make_unique<GameIndex>(path.c_str());
         ASSERT_EQ(index->Load(), 1);
         game = std::make_unique<Game>(index.get());
-        ASSERT_EQ(LoadGame(*game, nullptr, index->First()->offset, index->Count()), kPgnOk);
+        ASSERT_TRUE(LoadGame(*game, nullptr, index->First()->offset, index->Count()).Ok());
     }
     std::unique_ptr<GameIndex> index;
     std::unique_ptr<Game> game;
@@ -370,7 +370,7 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
         openAfterEscape = IsWindowVisible(window) != FALSE;
         SendMessageW(window, WM_COMMAND, 40111, 0);  // "Open Next"
     });
-    EXPECT_EQ(view.Run(frame, 0), 1);
+    EXPECT_TRUE(view.Run(frame, 0));
     EXPECT_EQ(rows, (std::vector<std::wstring>{
                         L"   ", L"1. e4 [...]", L"  (1. d4 [...]", L"  1... d5", L"  2. c4",
                         L"    (2. Nf3", L"    2... Nf6))", L"1... e5", L"2. Nf3", L"2... Nc6",
@@ -432,7 +432,7 @@ TEST_F(GameWindowTest, NavigationCommandsWalkTheMainLineAndLeaveAVariation) {
         afterLeaving = text;
         SendMessageW(window, WM_COMMAND, 40072, 0);  // "Close"
     });
-    EXPECT_EQ(view.Run(frame, 0), 1);
+    EXPECT_TRUE(view.Run(frame, 0));
     ASSERT_EQ(selected.size(), 4u);
     for (size_t i = 0; i < selected.size(); ++i)
         EXPECT_EQ(selected[i], steps[i].row) << i;
@@ -456,7 +456,7 @@ TEST_F(GameWindowTest, InitialMoveOpensAtBlacksMoveOrAtTheStartWhenBeyondTheGame
         } else {
             ASSERT_NE(arrival, nullptr) << c.initialMove;
             EXPECT_EQ(arrival->moveNumber, c.expectedNumber);
-            EXPECT_EQ(arrival->positionBefore->sideToMove, c.initialMove > 0 ? kWhite : kBlack);
+            EXPECT_EQ(arrival->positionBefore->SideToMove(), c.initialMove > 0 ? kWhite : kBlack);
         }
     }
 }

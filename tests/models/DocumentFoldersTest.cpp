@@ -1,0 +1,135 @@
+// The document list's folders and rows over an in-memory file system: which folders the search
+// finds and how deep, which rows a folder shows, the start folder and the size texts.
+#include "models/DocumentFolders.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "platform/CodePage.h"
+#include "platform/Paths.h"
+#include "tests/MemoryFileSystem.h"
+
+namespace velmora {
+namespace {
+
+// A path written with '/', in the platform's separators.
+std::u16string P(const std::string& path) {
+    std::u16string wide = platform::Utf8ToWide(path);
+    std::replace(wide.begin(), wide.end(), u'/', platform::PathSeparator());
+    return wide;
+}
+
+std::vector<std::u16string> Names(const DocumentFolders& list) {
+    std::vector<std::u16string> names;
+    for (const DocumentRow& row : list.Rows())
+        names.push_back(row.name);
+    return names;
+}
+
+class DocumentFoldersTest : public testing::Test {
+  protected:
+    DocumentFoldersTest() {
+        for (const char* path :
+             {"top/docs/a.pgn", "top/docs/notes.txt", "top/docs/b.pgnx", "top/docs/club/Z.PGN",
+              "top/docs/club/c.pgn", "top/docs/club/inner/d.pgn", "top/docs/.git/e.pgn",
+              "top/docs/Bare/readme.txt", "top/docs/k1/k2/k3/k4/four.pgn",
+              "top/docs/k1/k2/k3/k4/k5/five.pgn", "top/other/f.pgn"}) {
+            files.files[P(path)] = "12345";
+        }
+    }
+    test::MemoryFileSystem files;
+    DocumentFolders list{files, P("top/docs"), u"*.pgn"};
+};
+
+TEST_F(DocumentFoldersTest, AllFoldersListsMatchingFilesDownToTheDepthLimit) {
+    list.StartIn(u"");
+    list.Refresh();
+    EXPECT_EQ(list.Folder(), u"");
+    EXPECT_EQ(list.ChosenEntry(), 0);
+    // Subfolders by name in any case ("Bare" holds nothing), hidden ".git" and the sixth level
+    // ("k5") never searched.
+    EXPECT_EQ(list.Folders(),
+              (std::vector<std::u16string>{P("top/docs/"), P("top/docs/club/"),
+                                           P("top/docs/club/inner/"), P("top/docs/k1/k2/k3/k4/")}));
+    EXPECT_EQ(Names(list),
+              (std::vector<std::u16string>{P("a.pgn"), P("club/Z.PGN"), P("club/c.pgn"),
+                                           P("club/inner/d.pgn"), P("k1/k2/k3/k4/four.pgn")}));
+    EXPECT_EQ(list.Rows()[0].path, P("top/docs/a.pgn"));
+    EXPECT_EQ(list.Rows()[0].sizeText, u"5 B");
+    EXPECT_EQ(list.Label(list.Folders()[0]), u"docs");
+    EXPECT_EQ(list.Label(list.Folders()[2]), P("docs/club/inner"));
+    EXPECT_EQ(list.Label(P("top/other/")), P("top/other/"));
+}
+
+TEST_F(DocumentFoldersTest, ChoosingAFolderListsOnlyItsFilesByName) {
+    list.Refresh();
+    list.Choose(2);
+    EXPECT_EQ(list.Folder(), P("top/docs/club/"));
+    EXPECT_EQ(list.ChosenEntry(), 2);
+    EXPECT_EQ(Names(list), (std::vector<std::u16string>{u"c.pgn", u"Z.PGN"}));
+    for (int outOfRange : {0, 5, -1}) {
+        list.Choose(outOfRange);
+        EXPECT_EQ(list.Folder(), u"") << outOfRange;
+        EXPECT_EQ(list.Rows().size(), 5u);
+    }
+}
+
+TEST_F(DocumentFoldersTest, StartFolderMustExistAndJoinsTheChooserWhenTheSearchMissedIt) {
+    const struct {
+        const char* start;
+        std::u16string shown;  // the folder shown, "" for all folders
+        int chosen;            // its chooser entry
+    } cases[] = {
+        {"top/docs/club", P("top/docs/club/"), 2},
+        {"top/docs/club/", P("top/docs/club/"), 2},
+        {"top/docs/Bare", P("top/docs/Bare/"), 5},  // no PGN file: added after the others
+        {"top/other", P("top/other/"), 5},          // outside the root
+        {"top/missing", u"", 0},
+        {"top/docs/a.pgn", u"", 0},  // a file
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.start);
+        DocumentFolders started(files, P("top/docs"), u"*.pgn");
+        started.StartIn(P(c.start));
+        started.Refresh();
+        EXPECT_EQ(started.Folder(), c.shown);
+        EXPECT_EQ(started.ChosenEntry(), c.chosen);
+        EXPECT_EQ(started.Folders().size(), c.chosen == 5 ? 5u : 4u);
+    }
+}
+
+TEST_F(DocumentFoldersTest, OneSearchStopsAtTheFileLimit) {
+    test::MemoryFileSystem many;
+    for (std::size_t i = 0; i <= DocumentFolders::kMaxFiles; ++i)
+        many.files[P("docs/" + std::to_string(i) + ".pgn")] = "";
+    many.files[P("docs/sub/late.pgn")] = "";
+    DocumentFolders full(many, P("docs"), u"*.pgn");
+    full.Refresh();
+    EXPECT_EQ(full.Rows().size(), DocumentFolders::kMaxFiles);
+    // The subfolder is searched after the limit was reached: it holds nothing that was listed.
+    EXPECT_EQ(full.Folders(), std::vector<std::u16string>{P("docs/")});
+}
+
+TEST(DocumentFolderSizes, BytesKilobytesRoundedUpAndMegabytesWithATenthCutOff) {
+    const struct {
+        std::int64_t bytes;
+        const char16_t* text;
+    } cases[] = {
+        {0, u"0 B"},
+        {1023, u"1023 B"},
+        {1024, u"1 KB"},
+        {1025, u"2 KB"},
+        {1024 * 1024 - 1, u"1024 KB"},
+        {1024 * 1024, u"1.0 MB"},
+        {1572864, u"1.5 MB"},
+        {10 * 1024 * 1024 - 1, u"9.9 MB"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(DocumentFolders::SizeText(c.bytes), c.text) << c.bytes;
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,33 @@
+// DocumentList: the desktop stand-in for the Pocket PC document list: a folder chooser above a
+// list of files and their sizes, showing what DocumentFolders finds.
+#pragma once
+
+#include <windows.h>
+
+namespace velmora::pocketpc {
+
+// Notifications to the parent (WM_NOTIFY from the list's control id).
+constexpr UINT kDocListFileChosen = 11000;
+constexpr UINT kDocListFolderChanged = 11012;
+constexpr UINT kDocListRefresh = 1624;  // message that fills the list
+
+struct DocListNotify {
+    NMHDR header;
+    wchar_t path[MAX_PATH];  // the chosen file, or the new folder ("" for all folders)
+};
+
+struct DocListCreate {
+    HWND parent;
+    const wchar_t* folder;  // the folder shown first; null for all folders
+    const wchar_t* allFoldersText;
+    const wchar_t* filterName;     // "PGN files"
+    const wchar_t* filterPattern;  // "*.pgn"
+    int controlId;
+};
+// DocList_Create: a child window listing the files that match the filter in the chosen folder,
+// or in the documents root and its subfolders for "All Folders", with a folder chooser above
+// the list. A tap on a file sends kDocListFileChosen to the parent, a folder change
+// kDocListFolderChanged. The documents root is the current folder at start-up.
+HWND CreateDocList(const DocListCreate& create);
+
+}  // namespace velmora::pocketpc

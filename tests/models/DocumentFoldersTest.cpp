@@ -44,7 +44,7 @@ class DocumentFoldersTest : public testing::Test {
     DocumentFolders list{files, P("top/docs"), u"*.pgn"};
 };
 
-TEST_F(DocumentFoldersTest, AllFoldersListsMatchingFilesDownToTheDepthLimit) {
+TEST_F(DocumentFoldersTest, AllFoldersListsMatchingFilesDownToTheDepthLimitOrOneFolderItsOwn) {
     list.StartIn(u"");
     list.Refresh();
     EXPECT_EQ(list.Folder(), u"");
@@ -62,10 +62,8 @@ TEST_F(DocumentFoldersTest, AllFoldersListsMatchingFilesDownToTheDepthLimit) {
     EXPECT_EQ(list.Label(list.Folders()[0]), u"docs");
     EXPECT_EQ(list.Label(list.Folders()[2]), P("docs/club/inner"));
     EXPECT_EQ(list.Label(P("top/other/")), P("top/other/"));
-}
 
-TEST_F(DocumentFoldersTest, ChoosingAFolderListsOnlyItsFilesByName) {
-    list.Refresh();
+    // A chosen folder lists only its own files, by name.
     list.Choose(2);
     EXPECT_EQ(list.Folder(), P("top/docs/club/"));
     EXPECT_EQ(list.ChosenEntry(), 2);

@@ -25,9 +25,8 @@ namespace {
 
 // Plays a move text into the game: SAN moves, "(" and ")" around a variation of the last
 // move, "$n" for the last move's glyph and "{text}" (no blanks) for a comment on the position
-// after it. Returns the nodes in the order they were played.
-std::vector<MoveNode*> Build(Game& game, const std::string& moves) {
-    std::vector<MoveNode*> played;
+// after it.
+void Build(Game& game, const std::string& moves) {
     std::vector<Position*> resume;
     Position* current = &game.StartPosition();
     std::istringstream words(moves);
@@ -43,14 +42,10 @@ std::vector<MoveNode*> Build(Game& game, const std::string& moves) {
         } else if (word[0] == '{') {
             current->SetComment(platform::Utf8ToWide(word.substr(1, word.size() - 2)).c_str());
         } else {
-            Position* next = ReadSan(current, word.c_str());
-            EXPECT_NE(next, nullptr) << word;
-            if (next == nullptr) return played;
-            current = next;
-            played.push_back(current->ArrivalNode());
+            current = ReadSan(current, word.c_str());
+            ASSERT_NE(current, nullptr) << word;
         }
     }
-    return played;
 }
 
 std::vector<std::string> Texts(const std::vector<NotationRow>& rows) {
@@ -96,22 +91,6 @@ TEST(NotationRows, RowsOfVariationsNestingGlyphsAndComments) {
         EXPECT_EQ(rows[0].node, nullptr);
         for (std::size_t k = 1; k < rows.size(); ++k)
             EXPECT_NE(rows[k].node, nullptr);
-    }
-}
-
-TEST(NotationRows, NodesWithoutARowGoToRowOne) {
-    Game game;
-    const std::vector<MoveNode*> played = Build(game, "e4 ( d4 d5 ) e5");
-    const std::vector<NotationRow> rows = BuildRows(game, true);
-    EXPECT_EQ(RowOfNode(rows, played[2]), 3);
-    EXPECT_EQ(RowOfNode(rows, nullptr), 0);
-    Game other;
-    const std::vector<MoveNode*> strangers = Build(other, "d4 d5");
-    EXPECT_EQ(RowOfNode(rows, strangers[0]), 0);
-    // Nothing is printed before the first, and what is printed before the second has no row.
-    for (MoveNode* stranger : strangers) {
-        std::vector<NotationRow> copy = rows;
-        EXPECT_EQ(InsertRow(copy, stranger, true), 1);
     }
 }
 

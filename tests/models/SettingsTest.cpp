@@ -17,18 +17,14 @@ std::u16string Names(const RecentList& list) {
     return joined;
 }
 
-TEST(Settings, FirstRunKeepsTheDefaults) {
-    MemorySettingsStore store;
-    Settings settings;
-    EXPECT_FALSE(settings.Load(store));
-    EXPECT_EQ(settings.checkAssoc, 1u);
-    EXPECT_TRUE(settings.openIn.IsNull());
-    EXPECT_EQ(settings.recentFiles.Count() + settings.recentPlayers.Count(), 0);
-}
-
-TEST(Settings, SavedValuesComeBack) {
+TEST(Settings, FirstRunKeepsTheDefaultsAndSavedValuesComeBack) {
     MemorySettingsStore store;
     Settings saved;
+    EXPECT_FALSE(saved.Load(store));
+    EXPECT_EQ(saved.checkAssoc, 1u);
+    EXPECT_TRUE(saved.openIn.IsNull());
+    EXPECT_EQ(saved.recentFiles.Count() + saved.recentPlayers.Count(), 0);
+
     saved.layout = 4;
     saved.blackColor = 0x00336699;
     saved.checkAssoc = 0;

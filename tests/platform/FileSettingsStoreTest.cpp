@@ -1,11 +1,10 @@
-// The per-user store file of systems without a registry.
+// The per-user store file of systems without a registry, and its text form.
 #ifndef _WIN32
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include "platform/SettingsStore.h"
@@ -20,22 +19,32 @@ bool Exists(const std::u16string& path) {
     return std::filesystem::exists(std::filesystem::path(path));
 }
 
+std::u16string StringValue(const RegistryKey& key, const std::u16string& name) {
+    char16_t text[64] = {};
+    return key.GetString(name, text, sizeof text) ? text : u"<missing>";
+}
+
+// Both roots, subkeys, default values, quotes, line breaks and letters beyond ASCII must come
+// back from the file as they were written.
 TEST(FileSettingsStore, ValuesSurviveANewStoreOnTheSameFile) {
     test::TempFolder temp;
     const std::u16string file = temp.Path("config/velmora/registry");  // folders missing
+    const std::u16string folder = u"/home/anna/Parties d'\u00E9checs \"club\"\nline";
     {
         FileSettingsStore store(file);
         RegistryKey key(store);
         ASSERT_TRUE(key.Open(StoreRoot::CurrentUser, u"Software\\Trelvik\\Velmora", true));
         EXPECT_TRUE(key.SetDword(u"Layout", 4));
-        EXPECT_TRUE(key.SetString(u"Open in", u"/home/anna/Parties d'\u00E9checs"));
-        EXPECT_TRUE(key.SetDword(u"Gone", 1));
-        EXPECT_TRUE(key.DeleteValue(u"Gone"));
-        EXPECT_TRUE(Exists(file));
+        EXPECT_TRUE(key.SetString(u"Open in", folder));
+        EXPECT_TRUE(key.SetDefaultString(u"Velmora.Document"));
+        RegistryKey files(store);
+        ASSERT_TRUE(files.Open(key, u"Files", true));
+        EXPECT_TRUE(files.SetString(u"0", u"caf\u00E9.pgn"));
+        ASSERT_TRUE(key.Open(StoreRoot::ClassesRoot, u".pgn", true));
+        EXPECT_TRUE(key.SetDefaultString(u"pgnfile"));
         EXPECT_FALSE(Exists(file + u".tmp"));  // renamed over the file each time
         const std::string text = ReadBytes(file);
         EXPECT_NE(text.find("\"Layout\"=dword:00000004\n"), std::string::npos) << text;
-        EXPECT_EQ(text.find("Gone"), std::string::npos) << text;
     }
     FileSettingsStore reopened(file);
     RegistryKey key(reopened);
@@ -43,32 +52,41 @@ TEST(FileSettingsStore, ValuesSurviveANewStoreOnTheSameFile) {
     std::uint32_t layout = 0;
     EXPECT_TRUE(key.GetDword(u"Layout", &layout));
     EXPECT_EQ(layout, 4u);
-    char16_t text[64] = {};
-    EXPECT_TRUE(key.GetString(u"Open in", text, sizeof text));
-    EXPECT_EQ(std::u16string(text), u"/home/anna/Parties d'\u00E9checs");
-    EXPECT_FALSE(key.Exists(u"Gone"));
-
-    // Deleting a key is written too.
-    RegistryKey software(reopened);
-    ASSERT_TRUE(software.Open(StoreRoot::CurrentUser, u"Software", false));
-    EXPECT_TRUE(software.DeleteTree(u"Trelvik"));
-    FileSettingsStore third(file);
-    EXPECT_TRUE(third.KeyExists(StoreRoot::CurrentUser, u"Software"));
-    EXPECT_FALSE(third.KeyExists(StoreRoot::CurrentUser, u"Software\\Trelvik"));
+    EXPECT_EQ(StringValue(key, u"Open in"), folder);
+    EXPECT_EQ(StringValue(key, u""), u"Velmora.Document");
+    RegistryKey files(reopened);
+    ASSERT_TRUE(files.Open(key, u"Files", false));
+    EXPECT_EQ(StringValue(files, u"0"), u"caf\u00E9.pgn");
+    ASSERT_TRUE(key.Open(StoreRoot::ClassesRoot, u".pgn", false));
+    EXPECT_EQ(StringValue(key, u""), u"pgnfile");
 }
 
-TEST(FileSettingsStore, AMalformedFileIsKeptAside) {
+TEST(FileSettingsStore, AFileThatCannotBeReadIsKeptAsideAndTheStoreStartsEmpty) {
+    for (const char* broken : {"[HKEY_CURRENT_USER\\A]\n\"Layout\"=dword:4\n",
+                               "\"Layout\"=dword:00000001\n",  // a value before any key
+                               "[HKEY_LOCAL_MACHINE\\A]\n", "[HKEY_CURRENT_USER\\A]\nx=1\n",
+                               "[HKEY_CURRENT_USER\\A]\n\"v\"=hex(3):0g\n"}) {
+        SCOPED_TRACE(broken);
+        test::TempFolder temp;
+        const std::u16string file = temp.Path("registry");
+        test::WriteBytes(file, broken);
+        FileSettingsStore store(file);
+        EXPECT_FALSE(store.KeyExists(StoreRoot::CurrentUser, u"A"));
+        EXPECT_EQ(ReadBytes(file + u".bad"), broken);
+        EXPECT_FALSE(Exists(file));
+        ASSERT_TRUE(store.CreateKey(StoreRoot::CurrentUser, u"Software\\Trelvik"));
+        EXPECT_TRUE(Exists(file));
+        EXPECT_EQ(ReadBytes(file + u".bad"), broken);
+    }
+    // Line ends of a file edited on Windows, binary values and "@" for the default name are read.
     test::TempFolder temp;
-    const std::u16string file = temp.Path("registry");
-    const std::string broken = "[HKEY_CURRENT_USER\\Software]\n\"Layout\"=dword:4\n";
-    test::WriteBytes(file, broken);
-    FileSettingsStore store(file);
-    EXPECT_FALSE(store.KeyExists(StoreRoot::CurrentUser, u"Software"));  // starts empty
-    EXPECT_EQ(ReadBytes(file + u".bad"), broken);
-    EXPECT_FALSE(Exists(file));
-    ASSERT_TRUE(store.CreateKey(StoreRoot::CurrentUser, u"Software\\Trelvik"));
-    EXPECT_TRUE(Exists(file));
-    EXPECT_EQ(ReadBytes(file + u".bad"), broken);
+    test::WriteBytes(temp.Path("registry"),
+                     "[HKEY_CURRENT_USER\\A]\r\n\"b\"=hex(3):01,ff\r\n@=\"x\"\r\n");
+    FileSettingsStore store(temp.Path("registry"));
+    RegistryKey key(store);
+    ASSERT_TRUE(key.Open(StoreRoot::CurrentUser, u"A", false));
+    EXPECT_EQ(key.ValueSize(u"b"), 2);
+    EXPECT_EQ(StringValue(key, u""), u"x");
 }
 
 TEST(FileSettingsStore, AFileThatCannotBeKeptAsideIsNeverOverwritten) {
@@ -105,41 +123,17 @@ TEST(FileSettingsStore, PathFromTheEnvironment) {
     }
 }
 
-// Sets an environment variable for one scope and puts the old value back.
-class ScopedEnvironment {
-  public:
-    ScopedEnvironment(const char* name, const char* value) : name_(name) {
-        if (const char* old = getenv(name)) old_ = old;
-        setenv(name, value, 1);
-    }
-    ~ScopedEnvironment() {
-        if (old_) {
-            setenv(name_, old_->c_str(), 1);
-        } else {
-            unsetenv(name_);
-        }
-    }
-
-  private:
-    const char* name_;
-    std::optional<std::string> old_;
-};
-
-TEST(FileSettingsStore, TheSystemStoreIsTheDefaultFileUnlessReplaced) {
+TEST(FileSettingsStore, TheSystemStoreIsTheFileNamedByTheEnvironment) {
     test::TempFolder temp;
     // The only test that reaches the system store: it is made here, in the temporary folder,
     // and never in the real configuration folder of whoever runs the tests.
-    ScopedEnvironment xdg("XDG_CONFIG_HOME", temp.dir.c_str());
-    EXPECT_EQ(DefaultSettingsFilePath(), temp.Path("velmora/registry"));
+    const char* old = getenv("XDG_CONFIG_HOME");
+    const std::string saved = old != nullptr ? old : "";
+    setenv("XDG_CONFIG_HOME", temp.dir.c_str(), 1);
     auto* system = dynamic_cast<FileSettingsStore*>(&SystemSettingsStore());
-    ASSERT_NE(system, nullptr);
-    EXPECT_EQ(system->FilePath(), DefaultSettingsFilePath());
-
-    MemorySettingsStore replacement;
-    SetSystemSettingsStore(&replacement);
-    EXPECT_EQ(&SystemSettingsStore(), &replacement);
-    SetSystemSettingsStore(nullptr);
-    EXPECT_EQ(&SystemSettingsStore(), system);
+    EXPECT_EQ(system != nullptr ? system->FilePath() : u"<not a file>",
+              temp.Path("velmora/registry"));
+    old != nullptr ? setenv("XDG_CONFIG_HOME", saved.c_str(), 1) : unsetenv("XDG_CONFIG_HOME");
 }
 
 }  // namespace

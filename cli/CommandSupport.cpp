@@ -17,7 +17,7 @@ StreamMessages::~StreamMessages() {
 }
 
 int StreamMessages::Show(const std::u16string& text, const std::u16string& caption, MessageIcon,
-                         MessageButtons buttons, void*) {
+                         MessageButtons buttons, MessageOwner) {
     std::u16string shown = text;
     while (!shown.empty() && (shown.back() == u'\n' || shown.back() == u'\r')) {
         shown.pop_back();

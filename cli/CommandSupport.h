@@ -19,7 +19,7 @@ class StreamMessages final : public UserMessages {
     explicit StreamMessages(std::ostream& err);
     ~StreamMessages() override;
     int Show(const std::u16string& text, const std::u16string& caption, MessageIcon,
-             MessageButtons buttons, void*) override;
+             MessageButtons buttons, MessageOwner) override;
     // "Unable to open file: reason (path)".
     void ShowUnopenable(const std::u16string& path, platform::ErrorCode error);
 

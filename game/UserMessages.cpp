@@ -8,7 +8,7 @@ namespace {
 class SilentMessages final : public UserMessages {
   public:
     int Show(const std::u16string&, const std::u16string&, MessageIcon, MessageButtons buttons,
-             void*) override {
+             MessageOwner) override {
         return buttons == MessageButtons::Ok ? kAnswerOk : kAnswerYes;
     }
 };

@@ -30,7 +30,7 @@ struct RecordedMessages final : UserMessages {  // while it lives: records, give
     RecordedMessages() { SetUserMessages(this); }
     ~RecordedMessages() override { SetUserMessages(nullptr); }
     int Show(const std::u16string& text, const std::u16string& caption, MessageIcon icon,
-             MessageButtons buttons, void*) override {
+             MessageButtons buttons, MessageOwner) override {
         shown.emplace_back(caption, text);
         kinds.emplace_back(icon, buttons);
         return answer;

@@ -66,12 +66,6 @@ TEST(GameRecord, TextsAreSharedAndReplacedWhole) {
     EXPECT_EQ(Text(original) + Text(copy), u"<none>Paris");
     OwnedText empty(u"");
     EXPECT_FALSE(empty.IsNull());
-
-    TextPool pool;
-    const void* first = pool.Intern(u"Club Match").Block();
-    EXPECT_EQ(pool.Intern(u"Club Match").Block(), first);
-    EXPECT_NE(pool.Intern(u"Club match").Block(), first);
-    EXPECT_EQ(pool.Intern(u"").View(), u"");
 }
 
 TEST(GameRecord, ObserversAndCursor) {

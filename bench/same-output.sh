@@ -34,31 +34,40 @@ if [ "$mode" = compare ]; then
     trap 'rm -rf "$out"' EXIT
 fi
 mkdir -p "$out"
+: >"$out/.stderr"
 
-# Runs the tool with the given arguments and prints its output, standard error and exit status
-# (paths shown relative to the data folder, so outputs saved elsewhere compare equal).
+# Runs the tool in the data folder (so paths print as they are given, relative to it) and
+# prints its output, then its standard error and exit status. Forks nothing but the tool.
 run() {
-    local status=0 err
-    err=$(mktemp)
+    local err=${chunk_err:-$out/.stderr} status=0
     (cd "$data" && "$tool" "$@") 2>"$err" || status=$?
-    sed 's/^/stderr: /' "$err"
-    rm -f "$err"
+    [ -s "$err" ] && printf 'stderr: %s\n' "$(<"$err")"
     echo "exit: $status"
 }
-export -f run
-export tool data
 
-# show and fens of games FIRST..LAST of FILE, in order.
+# show and fens of games FIRST..LAST of FILE, in order, printed to OUT. Each chunk reads its own
+# copy of the file: the game list opens its file for itself alone, so two runs at once on the
+# same file would turn one away.
 games() {
-    local file=$1 first=$2 last=$3 n
+    local file=$1 first=$2 last=$3 target=$4 n status chunk_err=$4.err
+    mkdir -p "$target.d/$(dirname "$file")" && cp "$data/$file" "$target.d/$file" || return 1
+    cd "$target.d" || return 1
     for ((n = first; n <= last; ++n)); do
         echo "=== show $n"
-        run show "$file" "$n"
+        status=0
+        "$tool" show "$file" "$n" 2>"$chunk_err" || status=$?
+        [ -s "$chunk_err" ] && printf 'stderr: %s\n' "$(<"$chunk_err")"
+        echo "exit: $status"
         echo "=== fens $n"
-        run fens "$file" "$n"
-    done
+        status=0
+        "$tool" fens "$file" "$n" 2>"$chunk_err" || status=$?
+        [ -s "$chunk_err" ] && printf 'stderr: %s\n' "$(<"$chunk_err")"
+        echo "exit: $status"
+    done >"$target"
+    rm -rf "$chunk_err" "$target.d"
 }
 export -f games
+export tool data
 
 files=()
 while IFS= read -r path; do files+=("${path#"$data"/}"); done \
@@ -69,13 +78,17 @@ for file in "${files[@]}"; do
     run list "$file" >"$out/$name.list"
     run check "$file" >"$out/$name.check"
     count=$(cd "$data" && "$tool" list "$file" 2>/dev/null | wc -l)
-    # Chunks of 100 games, run JOBS at a time, joined in order.
+    # Chunks of 200 games, run JOBS at a time, joined in order.
     chunks=$(mktemp -d)
-    for ((first = 1; first <= count; first += 100)); do
-        last=$((first + 99 > count ? count : first + 99))
+    for ((first = 1; first <= count; first += 200)); do
+        last=$((first + 199 > count ? count : first + 199))
         printf '%s %d %d %s\n' "$file" "$first" "$last" "$chunks/$(printf '%06d' "$first")"
-    done | xargs -P "$jobs" -L 1 bash -c 'games "$0" "$1" "$2" >"$3"'
+    done | xargs -r -P "$jobs" -L 1 bash -c 'games "$0" "$1" "$2" "$3"'
     if compgen -G "$chunks/*" >/dev/null; then cat "$chunks"/* >"$out/$name.games"; else : >"$out/$name.games"; fi
+    if grep -q 'temporarily unavailable' "$out/$name.games"; then
+        echo "$file: a run found the file in use; outputs are not reliable" >&2
+        exit 1
+    fi
     rm -rf "$chunks"
     echo "$file: $count games" >&2
 done
@@ -106,6 +119,7 @@ done
         run search "${words[@]}" "${files[@]}"
     done
 } >"$out/search"
+rm -f "$out/.stderr"
 
 if [ "$mode" = compare ]; then
     if diff -r "$dir" "$out" >"$out.diff" 2>&1; then

@@ -227,7 +227,7 @@ row pgn-extract "material match (-z)" px-mat "found $px_mat_found"
 row velmora-pgn "search --material" search-mat \
     "$(goal px-mat search-mat 3 'pgn-extract'); found $vm_mat_found"
 row velmora "index load (velmora-bench-index)" index \
-    "$bytes_per_game bytes/game (goal at most 300)"
+    "$bytes_per_game bytes/game (goal at most 128)"
 
 echo
 echo "best of $runs wall times; MB/s and games/s over the whole file ($bytes bytes, $games games);"

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "game/ShortBytes.h"
 #include "platform/Console.h"
 #include "platform/SystemError.h"
 
@@ -79,8 +80,7 @@ void AppendRow(std::string& line, const GameRow& row) {
     at = std::to_chars(at, at + 16, row.Offset()).ptr;
     auto put = [&at](std::string_view text) {
         *at++ = '\t';
-        if (!text.empty()) std::memcpy(at, text.data(), text.size());
-        at += text.size();
+        at = CopyBytes(at, text);
     };
     put(texts[0]);
     put(texts[1]);

@@ -209,7 +209,7 @@ inline ScanRun RunScan(std::string_view bytes, std::uint32_t blockSize) {
 
 // Lines: each line with the offset where it begins, cut one by one with NextLine, and as
 // ForEachLine cuts them; then the tag lines alone, found by cutting every line and by passing
-// over the others as the scanner does (SkipToTagLine after each line that is not one).
+// over the others as the scanner does (After::SkipToTagLine after each line that is not one).
 struct LinesRun {
     using Line = std::pair<std::uint32_t, std::string>;
     std::vector<Line> cut, visited, tagLines, skippedTo;

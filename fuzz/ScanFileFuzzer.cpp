@@ -18,6 +18,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                   "the block size changes nothing that is found");
     fuzz::LinesRun lines = fuzz::RunLines(file, 1u + data[0]);
     fuzz::Require(lines.visited == lines.cut, "ForEachLine cuts the lines NextLine cuts");
-    fuzz::Require(lines.skippedTo == lines.tagLines, "SkipToTagLine stops at every tag line");
+    fuzz::Require(lines.skippedTo == lines.tagLines, "passing over lines stops at every tag line");
     return 0;
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "game/PgnLineReader.h"
+#include "game/ShortBytes.h"
 #include "platform/CodePage.h"
 
 namespace velmora {
@@ -17,24 +18,51 @@ bool StartsWith(const char* line, std::uint32_t length, std::string_view prefix)
     return length >= prefix.size() && std::memcmp(line, prefix.data(), prefix.size()) == 0;
 }
 
-// Returns the first double quote or NUL byte in [from, end), or end; eight bytes at a time
-// where the first byte in memory is the lowest of a word.
-const char* FindQuoteOrNul(const char* from, const char* end) {
+// Marks the double quote and NUL bytes of a word with their high bits: bits above a marked
+// byte may be set by a borrow, never bits below it, so the lowest mark is a true one.
+std::uint64_t QuotesAndNuls(std::uint64_t word) {
     constexpr std::uint64_t kOnes = 0x0101010101010101ull;
-    constexpr std::uint64_t kHighs = 0x8080808080808080ull;
-    for (; std::endian::native == std::endian::little && end - from >= 8; from += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, from, 8);
-        const std::uint64_t quotes = word ^ (kOnes * '"');
-        // A byte of zero in word or quotes sets its high bit here; bits above a true one may be
-        // set by a borrow, never bits below it, so the lowest marked byte is the first.
-        const std::uint64_t found =
-            (((word - kOnes) & ~word) | ((quotes - kOnes) & ~quotes)) & kHighs;
-        if (found != 0) return from + std::countr_zero(found) / 8;
+    const std::uint64_t quotes = word ^ (kOnes * '"');
+    return (((word - kOnes) & ~word) | ((quotes - kOnes) & ~quotes)) & (kOnes * 0x80);
+}
+
+// Returns the first double quote or NUL byte in [from, end), or end, reading eight bytes at a
+// time where the first byte in memory is the lowest of a word; the last word ends at end and
+// may start before from, but not before line.
+const char* FindQuoteOrNul(const char* line, const char* from, const char* end) {
+    if constexpr (std::endian::native == std::endian::little) {
+        for (; end - from >= 8; from += 8) {
+            std::uint64_t word;
+            std::memcpy(&word, from, 8);
+            if (const std::uint64_t found = QuotesAndNuls(word)) {
+                return from + std::countr_zero(found) / 8;
+            }
+        }
+        if (from == end) return end;
+        if (end - line >= 8) {
+            std::uint64_t word;
+            std::memcpy(&word, end - 8, 8);
+            const auto before = static_cast<int>(from - (end - 8));  // bytes already looked at
+            const std::uint64_t found = QuotesAndNuls(word) >> (8 * before);
+            return found != 0 ? from + std::countr_zero(found) / 8 : end;
+        }
     }
     while (from < end && *from != '"' && *from != 0)
         ++from;
     return from;
+}
+
+// The result of a Result tag's value. ASCII bytes are their own characters, so the usual texts
+// are compared as bytes; any other byte (as in "½-½") is converted first.
+ResultCode ResultOf(std::string_view bytes) {
+    if (!IsAscii(bytes) || !AnsiKeepsAscii()) {
+        char16_t value[PgnLineReader::kLineSize];
+        const std::size_t units = platform::AnsiToWide(bytes, value, PgnLineReader::kLineSize - 1);
+        return ResultFromText(std::u16string_view(value, units));
+    }
+    if (bytes == "1-0") return kWhiteWins;
+    if (bytes == "0-1") return kBlackWins;
+    return bytes == "1/2-1/2" ? kDraw : kResultUnknown;
 }
 
 enum class ScannedTag { Other, White, Black, Result, Event, Round, Date, Site, Eco, SetUp };
@@ -120,17 +148,15 @@ class GameInProgress {
         if (tag == ScannedTag::SetUp) return true;
         // The prefix holds neither a quote nor a NUL byte, so the search starts behind it.
         const char* end = line + length;
-        const char* open = FindQuoteOrNul(line + kPrefixLength[static_cast<int>(tag)], end);
+        const char* open = line + kPrefixLength[static_cast<int>(tag)];
+        if (open != end && *open != '"') open = FindQuoteOrNul(line, open, end);
         std::string_view quoted;
         if (open != end && *open == '"') {
             ++open;
-            quoted = std::string_view(open, FindQuoteOrNul(open, end) - open);
+            quoted = std::string_view(open, FindQuoteOrNul(line, open, end) - open);
         }
         if (tag == ScannedTag::Result) {
-            // Converted, so that "½-½" is a draw in the code page it was written in.
-            char16_t value[PgnLineReader::kLineSize];
-            std::size_t units = platform::AnsiToWide(quoted, value, PgnLineReader::kLineSize - 1);
-            game.result = ResultFromText(std::u16string_view(value, units));
+            game.result = ResultOf(quoted);
             return false;
         }
         Keep(FieldOf(tag), quoted);
@@ -152,7 +178,7 @@ class GameInProgress {
   private:
     void Keep(RowField field, std::string_view bytes) {
         char* value = values_[static_cast<int>(field)];
-        if (!bytes.empty()) std::memcpy(value, bytes.data(), bytes.size());
+        CopyBytes(value, bytes);
         game.Set(field, std::string_view(value, bytes.size()));
     }
 
@@ -164,7 +190,7 @@ class GameInProgress {
 // Hands each game to onGame once its White, Black and Result tags were seen and the first
 // line of its move section was read; that line, cut to 30 characters, is the start text. The
 // lines that are not tag lines after it, and those before a game is complete, are passed over
-// to the next tag line without being cut one by one.
+// to the next tag line.
 void ScanFile(PgnLineReader& reader, int* count, const OnGameFound& onGame) {
     using After = PgnLineReader::After;
     reader.Seek(0);

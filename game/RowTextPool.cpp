@@ -24,22 +24,6 @@ std::uint64_t Hash(std::string_view bytes) {
     return hash ^ (hash >> 31);
 }
 
-// Compares two texts eight bytes at a time: most differ in their length or first bytes.
-bool Equal(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    std::size_t i = 0;
-    for (; i + 8 <= a.size(); i += 8) {
-        std::uint64_t x, y;
-        std::memcpy(&x, a.data() + i, 8);
-        std::memcpy(&y, b.data() + i, 8);
-        if (x != y) return false;
-    }
-    for (; i < a.size(); ++i) {
-        if (a[i] != b[i]) return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 // Tests eight bytes at a time.
@@ -69,18 +53,15 @@ std::uint32_t RowTextPool::Append(std::string_view bytes) {
     return reference;
 }
 
-// Tries the kind's last text first, then the table. Once compacted there is no table: the text
-// is appended.
-std::uint32_t RowTextPool::Intern(std::string_view bytes, int kind) {
-    std::uint32_t& recent = recent_[kind];
-    if (recent != kNoText && Equal(Get(recent), bytes)) return recent;
-    if (compacted_) return recent = Append(bytes);
+// Once compacted there is no table: the text is appended.
+std::uint32_t RowTextPool::Find(std::string_view bytes) {
+    if (compacted_) return Append(bytes);
     if (texts_ * 2 >= table_.size()) Grow();
     const std::size_t mask = table_.size() - 1;
     for (std::size_t slot = Hash(bytes) & mask;; slot = (slot + 1) & mask) {
         std::uint32_t& entry = table_[slot];
-        if (entry == kNoText) return recent = entry = Append(bytes);
-        if (Equal(Get(entry), bytes)) return recent = entry;
+        if (entry == kNoText) return entry = Append(bytes);
+        if (SameBytes(Get(entry), bytes)) return entry;
     }
 }
 

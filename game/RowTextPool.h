@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "game/ShortBytes.h"
+
 namespace velmora {
 
 // True when no byte of bytes has its high bit set.
@@ -25,7 +27,11 @@ class RowTextPool {
 
     // Returns the reference of a text equal to bytes, storing it when it is new. kind names
     // the field it comes from (0 to kKinds - 1).
-    std::uint32_t Intern(std::string_view bytes, int kind);
+    std::uint32_t Intern(std::string_view bytes, int kind) {
+        const std::uint32_t recent = recent_[kind];
+        if (recent != kNoText && SameBytes(Get(recent), bytes)) return recent;
+        return recent_[kind] = Find(bytes);
+    }
     // Stores bytes as a new text without looking for an equal one.
     std::uint32_t Append(std::string_view bytes);
     // The text a reference names; *ascii tells whether all its bytes are ASCII.
@@ -49,6 +55,8 @@ class RowTextPool {
     std::size_t Bytes() const { return bytes_.size(); }
 
   private:
+    // Intern without the kind's last text: looks the text up in the table, or appends it.
+    std::uint32_t Find(std::string_view bytes);
     void Grow();
 
     std::string bytes_;

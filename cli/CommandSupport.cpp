@@ -2,7 +2,10 @@
 #include "cli/CommandSupport.h"
 
 #include <charconv>
+#include <cstring>
+#include <iterator>
 
+#include "game/ShortBytes.h"
 #include "platform/Console.h"
 #include "platform/SystemError.h"
 
@@ -52,33 +55,41 @@ void Progress::Update(const char* what, long long value) {
     err_ << ": " << value << ' ' << what << std::flush;
 }
 
-namespace {
-
-void AppendField(std::string& line, const OwnedText& text) {
-    line.push_back('\t');
-    if (!text.IsNull()) AppendUtf8(line, text.View());
-}
-
-}  // namespace
-
-// The line is put together in memory and written at once: a list of a large file is mostly
-// this function.
-void PrintSummary(std::ostream& out, const GameSummary& summary) {
-    thread_local std::string line;
-    line.clear();
-    char number[16];
-    line.append(number, std::to_chars(number, number + sizeof number, summary.offset).ptr);
-    AppendField(line, summary.white);
-    AppendField(line, summary.black);
-    line.push_back('\t');
-    AppendUtf8(line, summary.ResultText(0));
-    AppendField(line, summary.date);
-    AppendField(line, summary.event);
-    AppendField(line, summary.round);
-    AppendField(line, summary.site);
-    AppendField(line, summary.eco);
-    AppendField(line, summary.start);
-    out.write(line.data(), static_cast<std::streamsize>(line.size()));
+// The row is measured first and then written in one piece: a list of a large file is mostly
+// this function. ASCII texts are copied as they are stored; only the others are converted,
+// from the file's bytes to UTF-16 to UTF-8. A field with no value prints as an empty one.
+void AppendRow(std::string& line, const GameRow& row) {
+    static constexpr RowField kFields[] = {RowField::White, RowField::Black, RowField::Date,
+                                           RowField::Event, RowField::Round, RowField::Site,
+                                           RowField::Eco,   RowField::Start};
+    constexpr int kCount = static_cast<int>(std::size(kFields));
+    std::string_view texts[kCount];
+    thread_local std::string converted[kCount];
+    std::size_t size = 16 + 8 + kCount;  // offset, result, one tab before each text
+    for (int i = 0; i < kCount; ++i) {
+        if (!row.AsciiText(kFields[i], &texts[i])) {
+            converted[i].clear();
+            AppendUtf8(converted[i], row.Text(kFields[i]).View());
+            texts[i] = converted[i];
+        }
+        size += texts[i].size();
+    }
+    const std::size_t start = line.size();
+    line.resize(start + size);
+    char* at = line.data() + start;
+    at = std::to_chars(at, at + 16, row.Offset()).ptr;
+    auto put = [&at](std::string_view text) {
+        *at++ = '\t';
+        at = CopyBytes(at, text);
+    };
+    put(texts[0]);
+    put(texts[1]);
+    *at++ = '\t';
+    for (const char16_t* result = row.ResultText(0); *result; ++result)
+        *at++ = static_cast<char>(*result);  // "1-0", "1/2-1/2", "0-1" or "*"
+    for (int i = 2; i < kCount; ++i)
+        put(texts[i]);
+    line.resize(static_cast<std::size_t>(at - line.data()));
 }
 
 bool WantsHelp(const Arguments& args, const char* usage, std::ostream& out) {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "cli/Commands.h"
-#include "game/GameHeader.h"
+#include "game/GameRow.h"
 #include "game/UserMessages.h"
 #include "platform/File.h"
 
@@ -45,9 +45,9 @@ class Progress {
     std::chrono::steady_clock::time_point last_{};
 };
 
-// The fields of a game's list line after its number: offset, White, Black, result, Date,
-// Event, Round, Site, ECO and start text, tab-separated.
-void PrintSummary(std::ostream& out, const GameSummary& summary);
+// Appends the fields of a game's list line after its number: offset, White, Black, result,
+// Date, Event, Round, Site, ECO and start text, tab-separated, in UTF-8.
+void AppendRow(std::string& line, const GameRow& row);
 
 // Prints usage on out and returns true when args hold "--help".
 bool WantsHelp(const Arguments& args, const char* usage, std::ostream& out);

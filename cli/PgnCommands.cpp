@@ -1,4 +1,5 @@
 // velmora-pgn list, show, fens, check, append and resave: the PGN core from a shell.
+#include <charconv>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -89,24 +90,17 @@ bool LoadIndex(GameIndex& index, std::ostream& err) {
     return loaded != 0;
 }
 
-GameSummary* Entry(const GameIndex& index, int number) {
-    GameSummary* entry = index.First();
-    for (int i = 1; entry && i < number; ++i)
-        entry = entry->next.get();
-    return number >= 1 ? entry : nullptr;
-}
-
 // Loads game number of the index's file into game, as the game list does (the save mode is
 // the number of games). Returns the exit code: 0, or 1 after telling why on err.
 int LoadNumbered(const GameIndex& index, int number, Game& game, std::ostream& err) {
-    GameSummary* entry = Entry(index, number);
-    if (entry == nullptr) {
+    GameRow entry = index.At(number - 1);
+    if (!entry) {
         err << "There is no game " << number << " in ";
         Print(err, index.Path());
         err << " (" << index.Count() << " games)\n";
         return kExitFailed;
     }
-    PgnOutcome outcome = LoadGame(game, nullptr, entry->offset, index.Count());
+    PgnOutcome outcome = LoadGame(game, nullptr, entry.Offset(), index.Count());
     if (!outcome.Ok()) {
         err << "Unable to load game: ";
         std::u16string message = MessageFor(outcome);
@@ -148,12 +142,22 @@ int RunList(const Arguments& args, std::ostream& out, std::ostream& err) {
     StreamMessages messages(err);
     GameIndex index(args[0].c_str());
     if (!LoadIndex(index, err)) return kExitFailed;
-    int number = 0;
-    for (GameSummary* entry = index.First(); entry; entry = entry->next.get()) {
-        out << ++number << '\t';
-        PrintSummary(out, *entry);
-        out << '\n';
+    // The lines are gathered and written a large block at a time.
+    constexpr std::size_t kBlock = 64 * 1024;
+    std::string lines;
+    lines.reserve(kBlock + 4096);
+    char number[16];
+    for (GameRow row : index) {
+        lines.append(number, std::to_chars(number, number + sizeof number, row.Position() + 1).ptr);
+        lines.push_back('\t');
+        AppendRow(lines, row);
+        lines.push_back('\n');
+        if (lines.size() >= kBlock) {
+            out.write(lines.data(), static_cast<std::streamsize>(lines.size()));
+            lines.clear();
+        }
     }
+    out.write(lines.data(), static_cast<std::streamsize>(lines.size()));
     err << index.Count() << " games\n";
     return kExitOk;
 }
@@ -210,12 +214,11 @@ int RunCheck(const Arguments& args, std::ostream& out, std::ostream& err) {
         }
         PgnLineReader reader(*file);
         Progress progress(err, path);
-        int number = 0;
-        for (GameSummary* entry = index.First(); entry; entry = entry->next.get()) {
-            ++number;
+        for (GameRow entry : index) {
+            const int number = entry.Position() + 1;
             ++games;
             progress.Update("games checked", number);
-            PgnOutcome outcome = CheckGame(reader, entry->offset);
+            PgnOutcome outcome = CheckGame(reader, entry.Offset());
             if (outcome.Ok()) {
                 ++loaded;
                 continue;

@@ -77,12 +77,14 @@ class PrintingObserver final : public SearchObserver {
         StreamMessages(err_).ShowUnopenable(path, error);
     }
     void Progress(int, std::uint32_t) override { progress_.Update("games", ++games_); }
-    void Found(const GameSummary& summary, int number) override {
-        Print(out_, summary.FilePath());
-        out_ << '\t' << number << '\t';
-        PrintSummary(out_, summary);
-        if (showFoundAt_) out_ << '\t' << summary.foundAt;
-        out_ << '\n';
+    void Found(const GameRow& row, int number) override {
+        line_.clear();
+        AppendUtf8(line_, row.FilePath());
+        line_ += '\t' + std::to_string(number) + '\t';
+        AppendRow(line_, row);
+        if (showFoundAt_) line_ += '\t' + std::to_string(row.FoundAt());
+        line_ += '\n';
+        out_.write(line_.data(), static_cast<std::streamsize>(line_.size()));
     }
 
     bool unreadable = false;
@@ -93,6 +95,7 @@ class PrintingObserver final : public SearchObserver {
     cli::Progress progress_;
     bool showFoundAt_;
     long long games_ = 0;
+    std::string line_;
 };
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "core/PositionText.h"
 #include "game/Game.h"
 #include "game/GameIndex.h"
+#include "game/GameScanner.h"
 #include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnCheck.h"
@@ -161,9 +162,9 @@ inline LoadRun RunLoadGames(std::string_view bytes, int maxGames = 16) {
     GameIndex index(path.c_str());
     index.Load(files);
     LoadRun run;
-    for (GameSummary* entry = index.First(); entry && int(run.offsets.size()) < maxGames;
-         entry = entry->next.get())
-        run.offsets.push_back(entry->offset);
+    for (GameRow entry = index.At(0); entry && int(run.offsets.size()) < maxGames;
+         entry = index.At(entry.Position() + 1))
+        run.offsets.push_back(entry.Offset());
     std::vector<std::uint32_t> offsets = run.offsets;
     offsets.push_back(0);
 
@@ -194,18 +195,16 @@ inline LoadRun RunLoadGames(std::string_view bytes, int maxGames = 16) {
     return run;
 }
 
-// Scan: the games ScanFile finds, each summary as one line of text.
-inline std::u16string SummaryLine(const GameSummary& s, std::uint32_t nextLine) {
+// Scan: the games ScanFile finds, each as one line of text.
+inline std::u16string GameLine(const ScannedGame& game, std::uint32_t nextLine) {
     std::u16string line;
-    auto field = [&](const OwnedText& text) {
+    for (std::uint32_t number : {game.offset, nextLine, std::uint32_t(game.result)})
+        line += platform::Utf8ToWide(std::to_string(number)) + u'|';
+    for (int field = 0; field < kRowFieldCount; ++field) {
+        RowText text = game.Text(static_cast<RowField>(field));
         line += text.IsNull() ? u"<none>" : std::u16string(text.View());
         line += u'|';
-    };
-    for (std::uint32_t number : {s.offset, nextLine, std::uint32_t(s.result)})
-        line += platform::Utf8ToWide(std::to_string(number)) + u'|';
-    for (const OwnedText* text :
-         {&s.white, &s.black, &s.event, &s.date, &s.round, &s.site, &s.eco, &s.start})
-        field(*text);
+    }
     return line;
 }
 
@@ -218,10 +217,42 @@ inline ScanRun RunScan(std::string_view bytes, std::uint32_t blockSize) {
     test::MemoryFile file{std::string(bytes)};
     PgnLineReader reader(file, blockSize);
     ScanRun run;
-    ScanFile(reader, &run.count, [&](std::unique_ptr<GameSummary> summary, std::uint32_t next) {
-        run.games.push_back(SummaryLine(*summary, next));
+    ScanFile(reader, &run.count, [&](ScannedGame& game, std::uint32_t next) {
+        run.games.push_back(GameLine(game, next));
         return 1;
     });
+    return run;
+}
+
+// Lines: each line with the offset where it begins, cut one by one with NextLine, and as
+// ForEachLine cuts them; then the tag lines alone, found by cutting every line and by passing
+// over the others as the scanner does (After::SkipToTagLine after each line that is not one).
+struct LinesRun {
+    using Line = std::pair<std::uint32_t, std::string>;
+    std::vector<Line> cut, visited, tagLines, skippedTo;
+};
+
+inline LinesRun RunLines(std::string_view bytes, std::uint32_t blockSize) {
+    using After = PgnLineReader::After;
+    LinesRun run;
+    test::MemoryFile file{std::string(bytes)};
+    PgnLineReader reader(file, blockSize);
+    const char* line = nullptr;
+    std::uint32_t length = 0;
+    for (std::uint32_t start = 0; reader.NextLine(&line, &length); start = reader.Position()) {
+        run.cut.emplace_back(start, std::string(line, length));
+        if (length != 0 && line[0] == '[') run.tagLines.push_back(run.cut.back());
+    }
+    for (bool skip : {false, true}) {
+        reader.Seek(0);
+        reader.ForEachLine([&](const char* text, std::uint32_t size, std::uint32_t start,
+                               std::uint32_t) {
+            const bool tag = size != 0 && text[0] == '[';
+            if (!skip || tag)
+                (skip ? run.skippedTo : run.visited).emplace_back(start, std::string(text, size));
+            return skip && !tag ? After::SkipToTagLine : After::NextLine;
+        });
+    }
     return run;
 }
 

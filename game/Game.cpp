@@ -1,11 +1,14 @@
 // Game: header setters that mark the game modified, navigation and observer notification.
 #include "game/Game.h"
 
+#include "game/GameIndex.h"
 #include "game/MoveTree.h"
 
 namespace velmora {
 
 Game::Game(GameIndex* owner) : current_(&start_), owner_(owner) {}
+
+Game::~Game() = default;
 
 void Game::SetWhite(const char16_t* text) {
     GameSummary::SetWhite(text);

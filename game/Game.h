@@ -6,7 +6,6 @@
 
 #include "game/Position.h"
 #include "game/GameHeader.h"
-#include "game/GameIndex.h"
 
 namespace velmora {
 
@@ -61,7 +60,7 @@ class Game : public GameSummary, public GameCursor {
     // A new game: default tags, the initial position, no moves. owner is the index of the file
     // the game belongs to, or null.
     explicit Game(GameIndex* owner = nullptr);
-    ~Game() override = default;
+    ~Game() override;
 
     // The header and tag setters also mark the game modified.
     void SetWhite(const char16_t* text) override;

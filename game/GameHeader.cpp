@@ -7,10 +7,6 @@ namespace velmora {
 
 namespace {
 
-bool Equals(const char16_t* text, const char16_t* expected) {
-    return std::u16string_view(text) == std::u16string_view(expected);
-}
-
 char16_t FoldCase(char16_t c) {
     return (c >= u'a' && c <= u'z') ? c - (u'a' - u'A') : c;
 }
@@ -26,21 +22,18 @@ bool EqualsIgnoringCase(const char16_t* a, const char16_t* b) {
     return *a == *b;
 }
 
+ResultCode ResultFromText(std::u16string_view text) {
+    if (text == u"1-0") return kWhiteWins;
+    if (text == u"0-1") return kBlackWins;
+    if (text == u"1/2-1/2" || text == u"\u00BD-\u00BD") return kDraw;
+    return kResultUnknown;
+}
+
 GameHeader::GameHeader()
     : white(u"White"), black(u"Black"), event(u"?"), date(u"????.??.??"), round(u"?"), site(u"?") {}
 
 void GameHeader::SetResultText(const char16_t* text) {
-    if (text == nullptr) {
-        result = kResultUnknown;
-    } else if (Equals(text, u"1-0")) {
-        result = kWhiteWins;
-    } else if (Equals(text, u"0-1")) {
-        result = kBlackWins;
-    } else if (Equals(text, u"1/2-1/2") || Equals(text, u"\u00BD-\u00BD")) {
-        result = kDraw;
-    } else {
-        result = kResultUnknown;
-    }
+    result = text == nullptr ? kResultUnknown : ResultFromText(text);
 }
 
 // Sets the scanner's starting state. Its Date text differs from a new game's on purpose.
@@ -78,12 +71,6 @@ const char16_t* GameHeader::ResultText(int displayForm) const {
 ExtraTag::~ExtraTag() {
     // Unchain the rest first so a long list is freed in a loop, not by nested destructors.
     std::unique_ptr<ExtraTag> rest = std::move(next);
-    while (rest)
-        rest = std::move(rest->next);
-}
-
-GameSummary::~GameSummary() {
-    std::unique_ptr<GameSummary> rest = std::move(next);
     while (rest)
         rest = std::move(rest->next);
 }

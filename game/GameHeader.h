@@ -1,4 +1,4 @@
-// GameHeader and GameSummary: a game's tags, as the file scanner and the game list need them.
+// GameHeader and GameSummary: a game's tags and the record a loaded game keeps beside its moves.
 #pragma once
 
 #include <array>
@@ -18,6 +18,9 @@ constexpr ResultCode kDraw = 1;
 constexpr ResultCode kBlackWins = 2;
 constexpr ResultCode kResultUnknown = 3;
 constexpr ResultCode kResultUnset = -1;
+
+// The code of a result text: "1-0", "0-1", "1/2-1/2" or "½-½" (exact); any other text gives 3.
+ResultCode ResultFromText(std::u16string_view text);
 
 // The seven standard tag values, the result and the correspondence tags.
 class GameHeader {
@@ -80,15 +83,15 @@ struct ExtraTag {
 
 using SettingsBlock = std::array<std::int32_t, 7>;
 
-// A header plus what the game list shows and keeps: offsets, ECO, the start text, the extra
-// tags and the settings words. Summaries of one file form a list, each owning the next.
+// A header plus what a game keeps beside its moves: offsets, file path, ECO, the start text,
+// the extra tags and the settings words, all as UTF-16 texts. Game builds on it; a game list
+// keeps its games as rows of their file's bytes instead (GameIndex).
 class GameSummary : public GameHeader {
   public:
     static constexpr std::size_t kStartLength = 30;
     static constexpr SettingsBlock kInitialSettings = {0, -1, 1800, -1, 0, 0, 0};
 
     GameSummary() = default;
-    ~GameSummary() override;
     GameSummary(const GameSummary&) = delete;
     GameSummary& operator=(const GameSummary&) = delete;
 
@@ -116,18 +119,13 @@ class GameSummary : public GameHeader {
 
     std::uint32_t offset = 0;     // byte offset of the game's first tag line
     std::uint32_t endOffset = 0;  // byte offset just past the game's text
-    std::unique_ptr<GameSummary> next;
     OwnedText eco;
     OwnedText start;
-    // Where game search met the wanted position: +n after White's move n, -n after Black's,
-    // 0 at the start.
-    std::int32_t foundAt = 0;
 
   private:
-    std::shared_ptr<const std::u16string> path_;  // shared by the summaries of one file
+    std::shared_ptr<const std::u16string> path_;  // shared by the games of one file
     std::unique_ptr<ExtraTag> tags_;
-    // Null while the words are the initial ones, as they are for nearly every game: a game list
-    // of a large file then does not carry them once per game.
+    // Null while the words are the initial ones, as they are for nearly every game.
     std::unique_ptr<SettingsBlock> settings_;
 };
 

@@ -1,154 +1,24 @@
-// GameIndex: scanning a PGN file for its games; keeping offsets right after a save.
+// GameIndex: scanning a file into rows, reading them back, keeping offsets right after a save.
 #include "game/GameIndex.h"
 
-#include <cstring>
-
-#include "game/Game.h"
+#include "game/GameHeader.h"
+#include "game/GameScanner.h"
 #include "game/PgnLineReader.h"
-#include "game/PgnParser.h"
 #include "game/UserMessages.h"
 #include "platform/CodePage.h"
 #include "platform/SystemError.h"
 
 namespace velmora {
 
-namespace {
-
-std::unique_ptr<GameSummary> NewResetSummary() {
-    auto summary = std::make_unique<GameSummary>();
-    summary->Reset();
-    return summary;
-}
-
-bool StartsWith(const char* line, const char* prefix) {
-    return std::strncmp(line, prefix, std::strlen(prefix)) == 0;
-}
-
-enum class ScannedTag { Other, White, Black, Result, Event, Round, Date, Site, Eco, SetUp };
-
-// Which of the tags the game list shows a tag line is, by its exact (case-sensitive) prefix.
-// No prefix is the start of another, so the second character is enough to pick the one to
-// compare.
-ScannedTag Classify(const char* line) {
-    switch (line[1]) {
-        case 'W':
-            return StartsWith(line, "[White ") ? ScannedTag::White : ScannedTag::Other;
-        case 'B':
-            return StartsWith(line, "[Black ") ? ScannedTag::Black : ScannedTag::Other;
-        case 'R':
-            if (StartsWith(line, "[Result ")) return ScannedTag::Result;
-            return StartsWith(line, "[Round ") ? ScannedTag::Round : ScannedTag::Other;
-        case 'E':
-            if (StartsWith(line, "[Event ")) return ScannedTag::Event;
-            return StartsWith(line, "[ECO ") ? ScannedTag::Eco : ScannedTag::Other;
-        case 'D':
-            return StartsWith(line, "[Date ") ? ScannedTag::Date : ScannedTag::Other;
-        case 'S':
-            if (StartsWith(line, "[Site ")) return ScannedTag::Site;
-            return StartsWith(line, "[SetUp ") ? ScannedTag::SetUp : ScannedTag::Other;
-        default:
-            return ScannedTag::Other;
-    }
-}
-
-// Stores the value of one of the tag lines the game list shows; other tags are passed over.
-// Returns true for a SetUp tag. The value is the text between the first double quote and the
-// next (or the line's end), converted on its own: a quote byte is never part of a character.
-// Values come from the pool, so a text repeated across games is stored once.
-bool ReadScannedTag(GameSummary& summary, const char* line, TextPool& pool) {
-    ScannedTag tag = Classify(line);
-    if (tag == ScannedTag::Other) return false;
-    if (tag == ScannedTag::SetUp) return true;
-    std::string_view bytes(line, std::strlen(line));
-    std::size_t open = bytes.find('"');
-    std::string_view quoted;
-    if (open != std::string_view::npos) {
-        quoted = bytes.substr(open + 1);
-        quoted = quoted.substr(0, quoted.find('"'));
-    }
-    char16_t value[PgnLineReader::kLineSize];
-    std::size_t count = platform::AnsiToWide(quoted, value, PgnLineReader::kLineSize - 1);
-    value[count] = 0;
-    std::u16string_view text(value, count);
-    switch (tag) {
-        case ScannedTag::White:
-            summary.white = pool.Intern(text, 1);
-            break;
-        case ScannedTag::Black:
-            summary.black = pool.Intern(text, 2);
-            break;
-        case ScannedTag::Result:
-            summary.SetResultText(value);
-            break;
-        case ScannedTag::Event:
-            summary.event = pool.Intern(text, 3);
-            break;
-        case ScannedTag::Round:
-            summary.round = pool.Intern(text, 4);
-            break;
-        case ScannedTag::Date:
-            summary.date = pool.Intern(text, 5);
-            break;
-        case ScannedTag::Site:
-            summary.site = pool.Intern(text, 6);
-            break;
-        default:
-            summary.eco = pool.Intern(text, 7);
-            break;
-    }
-    return false;
-}
-
-}  // namespace
-
-// Hands each game to onGame once its White, Black and Result tags were seen and the first
-// line of its move section was read; that line, cut to 30 characters, is the start text.
-void ScanFile(PgnLineReader& reader, int* count, const OnGameFound& onGame) {
-    reader.Seek(0);
-    std::uint32_t lineStart = 0;
-    bool inGame = false;
-    bool setUp = false;
-    std::unique_ptr<GameSummary> current;
-    TextPool pool;
-    static const OwnedText position(u"(Position)");
-    char line[PgnLineReader::kLineSize];
-    int length = 0;
-    while (reader.ReadLine(line, &length)) {
-        if (line[0] == '[') {
-            if (!inGame) {
-                if (!current) current = NewResetSummary();
-                current->offset = lineStart;
-                inGame = true;
-            }
-            if (ReadScannedTag(*current, line, pool)) setUp = true;
-        } else if (current && current->IsComplete()) {
-            if (!setUp && (line[0] == '\r' || line[0] == '\n')) break;
-            if (setUp) {
-                current->start = position;
-            } else {
-                char16_t start[GameSummary::kStartLength];
-                std::size_t units = platform::AnsiToWide(std::string_view(line, std::strlen(line)),
-                                                         start, GameSummary::kStartLength);
-                current->start = pool.Intern(std::u16string_view(start, units), 8);
-            }
-            ++*count;
-            if (!onGame(std::move(current), reader.Position())) break;
-            current = NewResetSummary();
-            inGame = false;
-            setUp = false;
-        }
-        lineStart = reader.Position();
-    }
-}
-
 GameIndex::GameIndex(const char16_t* path)
-    : path_(std::make_shared<const std::u16string>(path ? path : u"")) {}
+    : path_(std::make_shared<const std::u16string>(path ? path : u"")),
+      asciiKept_(AnsiKeepsAscii()) {}
 
 GameIndex::~GameIndex() = default;
 
 void GameIndex::Clear() {
-    first_.reset();
-    last_ = nullptr;
+    entries_ = std::vector<RowEntry>();
+    pool_.Clear();
     count_ = 0;
 }
 
@@ -163,44 +33,63 @@ int GameIndex::Load(platform::FileSystem& fileSystem) {
     }
     PgnLineReader reader(*file);
     int count = 0;
-    ScanFile(reader, &count, [this](std::unique_ptr<GameSummary> summary, std::uint32_t at) {
-        AddEntry(std::move(summary));
+    ScanFile(reader, &count, [this](ScannedGame& game, std::uint32_t at) {
+        AddEntry(game);
         if (progress_) progress_(at);
         return 1;
     });
     count_ = count;
+    Compact();
     return 1;
 }
 
-void GameIndex::AddEntry(std::unique_ptr<GameSummary> summary) {
-    if (summary->FilePath().empty() && !path_->empty()) summary->SetFilePath(path_);
-    GameSummary* added = summary.get();
-    if (last_ != nullptr) {
-        last_->next = std::move(summary);
-    } else {
-        first_ = std::move(summary);
+// Stores the texts through the pool, so that a text met in many games is kept once. A game from
+// a set-up position keeps no start text: its row shows "(Position)".
+void GameIndex::AddEntry(const ScannedGame& game) {
+    RowEntry entry{};
+    entry.offset = game.offset;
+    entry.result = static_cast<std::uint8_t>(game.result);
+    entry.setUp = game.setUp ? 1 : 0;
+    for (int field = 0; field < kRowFieldCount; ++field) {
+        const bool kept = game.Has(static_cast<RowField>(field)) &&
+                          !(game.setUp && field == static_cast<int>(RowField::Start));
+        entry.texts[field] = kept ? pool_.Intern(game.bytes[field], field) : RowTextPool::kNoText;
     }
-    last_ = added;
+    entries_.push_back(entry);
 }
 
-GameSummary* GameIndex::GameSaved(Game& game, GameSummary* entry) {
-    GameSummary* next = entry->next.get();
-    if (next != nullptr) next->offset = game.endOffset;
+void GameIndex::Compact() {
+    entries_.shrink_to_fit();
+    pool_.Compact();
+}
+
+std::size_t GameIndex::HeapBytes() const {
+    return entries_.capacity() * sizeof(RowEntry) + pool_.HeapBytes();
+}
+
+GameRow GameIndex::GameSaved(int position, std::uint32_t endOffset) {
+    GameRow next = At(position + 1);
+    if (next) entries_[next.Position()].offset = endOffset;
     return next;
 }
 
-void GameIndex::TextMoved(Game&, std::int64_t) {}
+void GameIndex::TextMoved(const std::u16string&, std::uint32_t, std::int64_t) {}
 
-// Adds an entry that copies the appended game's tags and offsets; the game itself stays with
-// whoever holds it.
-void GameIndex::GameAdded(const Game& game) {
-    auto summary = std::make_unique<GameSummary>();
-    static_cast<GameHeader&>(*summary) = game;
-    summary->eco = game.eco;
-    summary->start = game.start;
-    summary->offset = game.offset;
-    summary->endOffset = game.endOffset;
-    AddEntry(std::move(summary));
+// Adds a row that copies the appended game's tags, start text and offset; the game itself stays
+// with whoever holds it. Its texts are stored as the writer put them in the file.
+void GameIndex::GameAdded(const GameSummary& game) {
+    ScannedGame added;
+    added.offset = game.offset;
+    added.result = game.result;
+    const OwnedText* texts[kRowFieldCount] = {&game.white, &game.black, &game.event, &game.date,
+                                              &game.round, &game.site,  &game.eco,   &game.start};
+    std::string bytes[kRowFieldCount];
+    for (int field = 0; field < kRowFieldCount; ++field) {
+        if (texts[field]->IsNull()) continue;
+        bytes[field] = platform::WideToAnsi(texts[field]->View());
+        added.Set(static_cast<RowField>(field), bytes[field]);
+    }
+    AddEntry(added);
     ++count_;
 }
 
@@ -209,25 +98,45 @@ const char16_t* GameIndex::FileName() const {
     return path_->c_str() + (separator == std::u16string::npos ? 0 : separator + 1);
 }
 
-GameSummary* GameSearchResults::GameSaved(Game&, GameSummary* entry) {
-    return entry->next.get();
+GameRow GameSearchResults::GameSaved(int position, std::uint32_t) {
+    return At(position + 1);
 }
 
-// Finds the saved game's entry by file and offset, then moves the offsets of the entries that
-// follow it in the same file. The walk stops at the first entry of another file.
-void GameSearchResults::TextMoved(Game& game, std::int64_t delta) {
-    GameSummary* entry = first_.get();
-    while (entry != nullptr &&
-           !(entry->offset == game.offset &&
-             EqualsIgnoringCase(entry->FilePath().c_str(), game.FilePath().c_str()))) {
-        entry = entry->next.get();
+// Finds the saved game's row by file and offset, then moves the offsets of the rows that
+// follow it in the same file. The walk stops at the first row of another file.
+void GameSearchResults::TextMoved(const std::u16string& path, std::uint32_t offset,
+                                  std::int64_t delta) {
+    int position = 0;
+    while (position < Size() && !(entries_[position].offset == offset &&
+                                  EqualsIgnoringCase(RowPath(position).c_str(), path.c_str()))) {
+        ++position;
     }
-    if (entry == nullptr) return;
-    for (GameSummary* later = entry->next.get();
-         later && EqualsIgnoringCase(later->FilePath().c_str(), game.FilePath().c_str());
-         later = later->next.get()) {
-        later->offset = static_cast<std::uint32_t>(later->offset + delta);
+    for (++position;
+         position < Size() && EqualsIgnoringCase(RowPath(position).c_str(), path.c_str());
+         ++position) {
+        entries_[position].offset = static_cast<std::uint32_t>(entries_[position].offset + delta);
     }
+}
+
+// Rows of one file come one after the other, so the file is looked for among the last one only.
+void GameSearchResults::AddEntry(const ScannedGame& game,
+                                 const std::shared_ptr<const std::u16string>& path) {
+    if (paths_.empty() || paths_.back() != path) paths_.push_back(path);
+    found_.resize(entries_.size(), Found{kNoFile, 0});
+    GameIndex::AddEntry(game);
+    found_.push_back(Found{static_cast<std::uint32_t>(paths_.size() - 1), game.foundAt});
+}
+
+// Rows added by GameAdded have no file of their own: they take the results' path, which is empty.
+const std::u16string& GameSearchResults::RowPath(int position) const {
+    if (position >= static_cast<int>(found_.size()) || found_[position].file == kNoFile) {
+        return *path_;
+    }
+    return *paths_[found_[position].file];
+}
+
+std::int32_t GameSearchResults::RowFoundAt(int position) const {
+    return position < static_cast<int>(found_.size()) ? found_[position].foundAt : 0;
 }
 
 }  // namespace velmora

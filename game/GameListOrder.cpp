@@ -217,8 +217,7 @@ int CompareTextLikeLstrcmp(std::u16string_view a, std::u16string_view b) {
 
 // Reads the text like _wtoi: blanks, a sign, digits up to the first other character; a
 // number out of range is held at the nearest end of the int range.
-int RoundNumber(const OwnedText& round) {
-    const std::u16string_view text = round.View();
+int RoundNumber(std::u16string_view text) {
     if (text.empty() || text[0] == u'?') return 0;
     std::size_t k = 0;
     while (k < text.size() && (text[k] == u' ' || (text[k] >= u'\t' && text[k] <= u'\r')))
@@ -234,62 +233,58 @@ int RoundNumber(const OwnedText& round) {
     return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX));
 }
 
-int CompareSummaries(const GameSummary& a, const GameSummary& b, int sortKey) {
+namespace {
+
+// Compares the texts of one field of two rows, each converted on its own.
+int CompareField(const GameRow& a, const GameRow& b, RowField field) {
+    return CompareTextLikeLstrcmp(a.Text(field).View(), b.Text(field).View());
+}
+
+}  // namespace
+
+int CompareRows(const GameRow& a, const GameRow& b, int sortKey) {
     if (sortKey < 0) return 0;
     const int sign = (sortKey & 1) ? -1 : 1;
     switch (sortKey / 2) {
         case kColumnWhite:
-            return CompareTextLikeLstrcmp(a.white.View(), b.white.View()) * sign;
+            return CompareField(a, b, RowField::White) * sign;
         case kColumnBlack:
-            return CompareTextLikeLstrcmp(a.black.View(), b.black.View()) * sign;
+            return CompareField(a, b, RowField::Black) * sign;
         case kColumnResult: {
             // Reversed on purpose: ascending runs from "*" down to "1-0".
-            const int left = a.result & 0xFF;
-            const int right = b.result & 0xFF;
+            const int left = a.Result() & 0xFF;
+            const int right = b.Result() & 0xFF;
             return left < right ? sign : (left > right ? -sign : 0);
         }
         case kColumnEco:
-            return CompareTextLikeLstrcmp(a.eco.View(), b.eco.View()) * sign;
+            return CompareField(a, b, RowField::Eco) * sign;
         case kColumnEvent:
-            return CompareTextLikeLstrcmp(a.event.View(), b.event.View()) * sign;
-        case kColumnRound:
-            return Sign(static_cast<long long>(RoundNumber(a.round)) - RoundNumber(b.round)) * sign;
+            return CompareField(a, b, RowField::Event) * sign;
+        case kColumnRound: {
+            const long long left = RoundNumber(a.Text(RowField::Round).View());
+            return Sign(left - RoundNumber(b.Text(RowField::Round).View())) * sign;
+        }
         case kColumnDate:
         case kColumnStart:  // the Start column sorts by date as well, on purpose
-            return CompareTextLikeLstrcmp(a.date.View(), b.date.View()) * sign;
+            return CompareField(a, b, RowField::Date) * sign;
         default:
             return 0;
     }
 }
 
-void SortSummaries(std::vector<GameSummary*>& summaries, int sortKey) {
-    std::stable_sort(summaries.begin(), summaries.end(),
-                     [sortKey](const GameSummary* a, const GameSummary* b) {
-                         return CompareSummaries(*a, *b, sortKey) < 0;
-                     });
+void SortRows(std::vector<GameRow>& rows, int sortKey) {
+    std::stable_sort(rows.begin(), rows.end(), [sortKey](const GameRow& a, const GameRow& b) {
+        return CompareRows(a, b, sortKey) < 0;
+    });
 }
 
-std::u16string CellText(const GameSummary& summary, int column) {
-    switch (column) {
-        case kColumnWhite:
-            return std::u16string(summary.white.View());
-        case kColumnBlack:
-            return std::u16string(summary.black.View());
-        case kColumnResult:
-            return summary.ResultText(1);
-        case kColumnEco:
-            return std::u16string(summary.eco.View());
-        case kColumnEvent:
-            return std::u16string(summary.event.View());
-        case kColumnRound:
-            return std::u16string(summary.round.View());
-        case kColumnDate:
-            return std::u16string(summary.date.View());
-        case kColumnStart:
-            return std::u16string(summary.start.View());
-        default:
-            return {};
-    }
+std::u16string CellText(const GameRow& row, int column) {
+    static constexpr RowField kFields[kGameListColumnCount] = {
+        RowField::White, RowField::Black, RowField::White, RowField::Eco,
+        RowField::Event, RowField::Round, RowField::Date,  RowField::Start};
+    if (column == kColumnResult) return row.ResultText(1);
+    if (column < 0 || column >= kGameListColumnCount) return {};
+    return std::u16string(row.Text(kFields[column]).View());
 }
 
 int GameListSort::TapColumn(int column) {

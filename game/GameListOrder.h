@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "game/GameHeader.h"
+#include "game/GameRow.h"
 
 namespace velmora {
 
@@ -27,20 +27,20 @@ constexpr int kGameListColumnCount = 8;
 int CompareTextLikeLstrcmp(std::u16string_view a, std::u16string_view b);
 
 // The number a Round text stands for: a decimal number read like the C library's string to
-// integer conversion, 0 when the text is absent, empty or begins with "?".
-int RoundNumber(const OwnedText& round);
+// integer conversion, 0 when the text is absent (read as empty), empty or begins with "?".
+int RoundNumber(std::u16string_view round);
 
 // Compares two games for the list sorted by sortKey = column * 2 + descending; returns -1, 0
 // or 1 (0 for a column outside 0..7). The Result column runs from the highest result code
 // down when ascending, and the Start column sorts by Date.
-int CompareSummaries(const GameSummary& a, const GameSummary& b, int sortKey);
+int CompareRows(const GameRow& a, const GameRow& b, int sortKey);
 
 // Sorts the games by sortKey, keeping the order of games that compare equal.
-void SortSummaries(std::vector<GameSummary*>& summaries, int sortKey);
+void SortRows(std::vector<GameRow>& rows, int sortKey);
 
 // The text the list shows in a column: the tag value (empty when absent), the result in its
 // display form ("½-½" for a draw), the start text.
-std::u16string CellText(const GameSummary& summary, int column);
+std::u16string CellText(const GameRow& row, int column);
 
 // The sort chosen by tapping column headers: a new column sorts ascending, the same column
 // again flips the order.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "game/Game.h"
+#include "game/GameIndex.h"
 #include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnLineReader.h"

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/San.h"
+#include "game/GameScanner.h"
 #include "game/PgnLineReader.h"
 #include "game/PgnParser.h"
 #include "platform/CodePage.h"
@@ -42,8 +43,7 @@ GameSearch::GameSearch(const SearchCriteria& criteria, platform::FileSystem& fil
 
 GameSearch::~GameSearch() = default;
 
-bool GameSearch::NameMatches(const OwnedText& name, std::u16string_view pattern) {
-    std::u16string_view text = name.View();
+bool GameSearch::NameMatches(std::u16string_view text, std::u16string_view pattern) {
     if (pattern.empty() || pattern[0] != u'@') return text == pattern;
     // Only the first 64 characters of the name are looked at, upper-cased like the pattern.
     char16_t upper[SearchCriteria::kNameLength];
@@ -78,43 +78,43 @@ std::unique_ptr<GameSearchResults> GameSearch::Run(const std::vector<std::u16str
         gamesInFile_ = 0;
         PgnLineReader reader(*file);
         int count = 0;
-        ScanFile(reader, &count, [this](std::unique_ptr<GameSummary> summary, std::uint32_t at) {
-            return Filter(std::move(summary), at);
-        });
+        ScanFile(reader, &count,
+                 [this](ScannedGame& game, std::uint32_t at) { return Filter(game, at); });
         replayReader_.reset();
         replayFile_.reset();
     }
     running_ = false;
+    results->Compact();
     results_ = nullptr;
     observer_ = nullptr;
     return results;
 }
 
-// Tests the criteria in a fixed order, cheapest first; the replay comes last.
-int GameSearch::Filter(std::unique_ptr<GameSummary> summary, std::uint32_t filePosition) {
+// Tests the criteria in a fixed order, cheapest first; the replay comes last. Texts are
+// converted only for the criteria that look at them.
+int GameSearch::Filter(ScannedGame& game, std::uint32_t filePosition) {
     if (observer_) observer_->Progress(fileIndex_, filePosition);
     if (!running_) return 0;
     ++gamesSearched_;
     ++gamesInFile_;
-    if (!criteria_.white.empty() && !PlayerMatches(*summary, criteria_.white, true)) return 1;
-    if (!criteria_.black.empty() && !PlayerMatches(*summary, criteria_.black, false)) return 1;
+    if (!criteria_.white.empty() && !PlayerMatches(game, criteria_.white, true)) return 1;
+    if (!criteria_.black.empty() && !PlayerMatches(game, criteria_.black, false)) return 1;
     // A game without an ECO tag has none to equal the wanted text.
-    if (!criteria_.eco.empty() && summary->eco.View() != criteria_.eco) return 1;
-    if (criteria_.result >= 0 && (summary->result & 0xFF) != criteria_.result) return 1;
-    if ((criteria_.position || criteria_.material) && !ReachesPosition(*summary)) return 1;
-    summary->SetFilePath(path_);
-    GameSummary& kept = *summary;
-    results_->AddEntry(std::move(summary));
+    if (!criteria_.eco.empty() && game.Text(RowField::Eco).View() != criteria_.eco) return 1;
+    if (criteria_.result >= 0 && (game.result & 0xFF) != criteria_.result) return 1;
+    if ((criteria_.position || criteria_.material) && !ReachesPosition(game)) return 1;
+    results_->AddEntry(game, path_);
     ++found_;
-    if (observer_) observer_->Found(kept, gamesInFile_);
+    if (observer_) observer_->Found(results_->At(results_->Size() - 1), gamesInFile_);
     return 1;
 }
 
-bool GameSearch::PlayerMatches(const GameSummary& summary, const std::u16string& pattern,
+bool GameSearch::PlayerMatches(const ScannedGame& game, const std::u16string& pattern,
                                bool whiteFirst) const {
-    const OwnedText& first = whiteFirst ? summary.white : summary.black;
-    const OwnedText& other = whiteFirst ? summary.black : summary.white;
-    return NameMatches(first, pattern) || (criteria_.ignoreColors && NameMatches(other, pattern));
+    const RowField first = whiteFirst ? RowField::White : RowField::Black;
+    const RowField other = whiteFirst ? RowField::Black : RowField::White;
+    return NameMatches(game.Text(first).View(), pattern) ||
+           (criteria_.ignoreColors && NameMatches(game.Text(other).View(), pattern));
 }
 
 namespace {
@@ -169,7 +169,7 @@ class SearchReplay final : public PgnVisitor {
 }  // namespace
 
 // Reads the game again from its first tag line and replays it; stores where it matched.
-bool GameSearch::ReachesPosition(GameSummary& summary) {
+bool GameSearch::ReachesPosition(ScannedGame& summary) {
     if (!replayReader_) {
         platform::ErrorCode error = 0;
         replayFile_ = fileSystem_.Open(*path_, platform::OpenMode::ReadShared, &error);

@@ -55,8 +55,8 @@ class SearchObserver {
     // A game of the file was read up to filePosition. This is where a caller keeps its window
     // alive and may call Stop.
     virtual void Progress(int fileIndex, std::uint32_t filePosition) {}
-    // summary (now in the results) matched; number counts the games of its file from 1.
-    virtual void Found(const GameSummary& summary, int number) {}
+    // row (now in the results) matched; number counts the games of its file from 1.
+    virtual void Found(const GameRow& row, int number) {}
 };
 
 class GameSearch {
@@ -82,16 +82,16 @@ class GameSearch {
     int FilesSearched() const { return filesSearched_; }
     int Found() const { return found_; }
 
-    // Whether name (null reads as empty) matches a pattern as the search compares them.
-    static bool NameMatches(const OwnedText& name, std::u16string_view pattern);
+    // Whether name (no value reads as empty) matches a pattern as the search compares them.
+    static bool NameMatches(std::u16string_view name, std::u16string_view pattern);
 
   private:
-    // Decides on one game; accepted summaries go to results. Returns 0 to stop the scan.
-    int Filter(std::unique_ptr<GameSummary> summary, std::uint32_t filePosition);
-    bool PlayerMatches(const GameSummary& summary, const std::u16string& pattern,
+    // Decides on one game; accepted games go to results. Returns 0 to stop the scan.
+    int Filter(ScannedGame& game, std::uint32_t filePosition);
+    bool PlayerMatches(const ScannedGame& game, const std::u16string& pattern,
                        bool whiteFirst) const;
     // Replays the game's main line looking for the position or material; stores where.
-    bool ReachesPosition(GameSummary& summary);
+    bool ReachesPosition(ScannedGame& summary);
 
     const SearchCriteria& criteria_;
     platform::FileSystem& fileSystem_;

@@ -7,7 +7,6 @@
 #include <new>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace velmora {
 
@@ -90,39 +89,6 @@ class OwnedText {
     }
 
     const char16_t* text_ = nullptr;
-};
-
-// Hands out one shared OwnedText per distinct text, so that texts read many times (the tag
-// values of a file's games) are stored once. Holds at most a bounded number of texts.
-class TextPool {
-  public:
-    static constexpr std::size_t kMaxTexts = 1 << 14;
-    static constexpr int kSlots = 16;
-
-    // Returns the shared text equal to text. slot (0 .. kSlots - 1) names the kind of value:
-    // games in a row often repeat the event, site or date, so the last value of the same kind
-    // is tried before the table.
-    const OwnedText& Intern(std::u16string_view text, int slot = 0) {
-        const OwnedText*& recent = recent_[slot];
-        if (recent != nullptr && recent->View() == text && !recent->IsNull()) return *recent;
-        auto found = texts_.find(text);
-        if (found == texts_.end()) {
-            if (texts_.size() >= kMaxTexts) {
-                texts_.clear();
-                for (const OwnedText*& r : recent_)
-                    r = nullptr;
-            }
-            OwnedText stored(text);
-            std::u16string_view key = stored.View();  // points into the stored text itself
-            found = texts_.emplace(key, std::move(stored)).first;
-        }
-        recent = &found->second;
-        return *recent;
-    }
-
-  private:
-    std::unordered_map<std::u16string_view, OwnedText> texts_;
-    const OwnedText* recent_[kSlots] = {};
 };
 
 }  // namespace velmora

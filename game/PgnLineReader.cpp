@@ -2,16 +2,14 @@
 #include "game/PgnLineReader.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace velmora {
 namespace {
 
 constexpr std::uint32_t kLineBytes = PgnLineReader::kLineSize - 1;
-
-bool IsLineBreak(char c) {
-    return c == '\r' || c == '\n';
-}
+constexpr std::uint32_t kChunk = 64;
 
 }  // namespace
 
@@ -30,6 +28,7 @@ int PgnLineReader::Seek(std::uint32_t offset) {
     }
     if (file_.Seek(offset, platform::SeekOrigin::Begin, nullptr) != 0) return 0;
     size_ = 0;
+    maskChunk_ = kNoChunk;
     bufferStart_ = position_ = offset;
     return 1;
 }
@@ -39,10 +38,14 @@ int PgnLineReader::Seek(std::uint32_t offset) {
 int PgnLineReader::Fill() {
     std::uint32_t used = position_ - bufferStart_;
     if (size_ - used >= kLineBytes) return 1;
-    if (!buffer_) buffer_ = std::make_unique_for_overwrite<char[]>(blockSize_ + kLineBytes);
+    if (!buffer_) {
+        // A chunk's worth beyond the end, zeroed, so that the last chunk can be read whole.
+        buffer_ = std::make_unique<char[]>(blockSize_ + kLineBytes + kChunk);
+    }
     std::memmove(buffer_.get(), buffer_.get() + used, size_ - used);
     size_ -= used;
     bufferStart_ = position_;
+    maskChunk_ = kNoChunk;
     while (size_ < kLineBytes) {
         std::uint32_t got = 0;
         platform::ErrorCode error = file_.Read(buffer_.get() + size_, blockSize_, &got);
@@ -58,41 +61,76 @@ int PgnLineReader::Fill() {
     return 1;
 }
 
+// Returns the CR/LF mask of the chunk that holds buffer index at; a chunk's mask is made once
+// however many lines it holds. Bits past the buffer's data may be anything: callers never
+// look past the 255 bytes of a line, all of which are data.
+std::uint64_t PgnLineReader::ChunkBreaks(std::uint32_t at) {
+    const std::uint32_t chunk = at / kChunk;
+    if (chunk != maskChunk_) {
+        maskChunk_ = chunk;
+        breakMask_ = BreakMask(buffer_.get() + chunk * kChunk);
+    }
+    return breakMask_;
+}
+
 // Cuts the next line out of the 255 bytes at position_. A CR/LF run is counted only among
 // those 255 bytes: when it reaches the 255th byte, the bytes after it are read as the next
 // line, which then starts on a line break and comes out empty. A blank in the first byte is
 // never a cut point, since cutting there would return the same empty line for ever.
-int PgnLineReader::ReadLine(char* buffer, int* length) {
-    if (!Fill()) return 0;
-    const char* bytes = buffer_.get() + (position_ - bufferStart_);
-    std::uint32_t count = std::min(kLineBytes, size_ - (position_ - bufferStart_));
-    if (count == 0) return 0;
-
-    std::uint32_t end = count;   // where the line ends
-    std::uint32_t next = count;  // where the next line begins
-    const void* lineFeed = std::memchr(bytes, '\n', count);
-    std::uint32_t searched =
-        lineFeed ? static_cast<std::uint32_t>(static_cast<const char*>(lineFeed) - bytes) : count;
-    const void* carriageReturn = std::memchr(bytes, '\r', searched);
-    if (carriageReturn) {
-        searched = static_cast<std::uint32_t>(static_cast<const char*>(carriageReturn) - bytes);
+int PgnLineReader::NextLine(const char** line, std::uint32_t* length) {
+    std::uint32_t start = position_ - bufferStart_;
+    if (size_ - start < kLineBytes) {
+        if (!Fill()) return 0;
+        start = position_ - bufferStart_;
+        if (size_ == start) return 0;
     }
-    if (searched < count) {
-        end = next = searched;
-        while (next < count && IsLineBreak(bytes[next]))
-            ++next;
+    const std::uint32_t count = std::min(kLineBytes, size_ - start);
+    const std::uint32_t limit = start + count;
+
+    std::uint32_t end = start;  // where the line ends: its first CR or LF
+    for (;;) {
+        const std::uint64_t hits = ChunkBreaks(end) >> (end % kChunk);
+        if (hits != 0) {
+            end += std::countr_zero(hits);
+            break;
+        }
+        end = (end / kChunk + 1) * kChunk;
+        if (end >= limit) break;
+    }
+    const char* bytes = buffer_.get() + start;
+    std::uint32_t next = limit;  // where the next line begins
+    if (end < limit) {
+        // The run of CR and LF bytes, as far as it lies within the 255 bytes.
+        for (std::uint32_t at = end + 1; at < limit;) {
+            const std::uint64_t others = ~ChunkBreaks(at) >> (at % kChunk);
+            if (others != 0) {
+                next = std::min(limit, at + std::countr_zero(others));
+                break;
+            }
+            at = (at / kChunk + 1) * kChunk;
+        }
     } else {
+        end = limit;
         for (std::uint32_t k = count - 1; k > 0; --k) {
             if (bytes[k] == ' ') {
-                end = next = k;
+                end = next = start + k;
                 break;
             }
         }
     }
-    std::memcpy(buffer, bytes, end);
-    buffer[end] = 0;
-    *length = static_cast<int>(end);
-    position_ += next;
+    *line = bytes;
+    *length = end - start;
+    position_ += next - start;
+    return 1;
+}
+
+int PgnLineReader::ReadLine(char* buffer, int* length) {
+    const char* line = nullptr;
+    std::uint32_t count = 0;
+    if (!NextLine(&line, &count)) return 0;
+    std::memcpy(buffer, line, count);
+    buffer[count] = 0;
+    *length = static_cast<int>(count);
     return 1;
 }
 

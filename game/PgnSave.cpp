@@ -92,7 +92,9 @@ std::int32_t SaveSpliced(Game& game, const std::u16string& path, MessageOwner ow
     // The file is complete at this point, so a backup that cannot be deleted is only left
     // behind: failing here would leave the game and its index with offsets that no longer hold.
     fileSystem.Delete(backupPath);
-    if (GameIndex* owner = game.Owner()) owner->TextMoved(game, newEnd - game.endOffset);
+    if (GameIndex* owner = game.Owner()) {
+        owner->TextMoved(game.FilePath(), game.offset, newEnd - game.endOffset);
+    }
     game.endOffset = static_cast<std::uint32_t>(newEnd);
     game.hasLocation = 1;
     game.modified = 0;

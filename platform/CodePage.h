@@ -11,6 +11,9 @@ std::u16string AnsiToWide(std::string_view bytes);
 // The same into out, which has room for capacity units; returns the number written, at most
 // capacity (the rest is dropped). Nothing is allocated: readers convert every line this way.
 std::size_t AnsiToWide(std::string_view bytes, char16_t* out, std::size_t capacity);
+// The most bytes one character of the ANSI code page takes (1 for Windows-1252): n characters
+// of converted text never come from more than n times as many bytes.
+std::size_t MaxAnsiCharBytes();
 // Converts UTF-16 to ANSI bytes; a code unit with no exact ANSI byte becomes '?'.
 std::string WideToAnsi(std::u16string_view text);
 

@@ -79,18 +79,18 @@ void GameListDialog::Fill() {
     ShowWaitCursor(true);
     index_.Load();
     ShowWaitCursor(false);
-    for (GameSummary* summary = index_.First(); summary != nullptr; summary = summary->next.get()) {
-        std::wstring white = platform::win32::ToWin32(CellText(*summary, 0));
+    for (GameRow game : index_) {
+        std::wstring white = platform::win32::ToWin32(CellText(game, 0));
         LVITEMW item{};
         item.mask = LVIF_TEXT | LVIF_PARAM;
         item.iItem = 99999;
         item.pszText = white.data();
-        item.lParam = reinterpret_cast<LPARAM>(summary);
+        item.lParam = static_cast<LPARAM>(game.Position());
         int row = static_cast<int>(
             SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
         for (int column = 1; column < kGameListColumnCount; ++column) {
-            if (column == 3 && summary->eco.IsNull()) continue;
-            std::wstring text = platform::win32::ToWin32(CellText(*summary, column));
+            if (column == 3 && !game.Has(RowField::Eco)) continue;
+            std::wstring text = platform::win32::ToWin32(CellText(game, column));
             LVITEMW sub{};
             sub.iSubItem = column;
             sub.pszText = text.data();
@@ -102,15 +102,18 @@ void GameListDialog::Fill() {
     InvalidateRect(list_, nullptr, TRUE);
 }
 
-int CALLBACK GameListDialog::Compare(LPARAM a, LPARAM b, LPARAM key) {
-    return CompareSummaries(*reinterpret_cast<GameSummary*>(a), *reinterpret_cast<GameSummary*>(b),
-                            static_cast<int>(key));
+// Items carry their game's position in the index; self is the dialog.
+int CALLBACK GameListDialog::Compare(LPARAM a, LPARAM b, LPARAM self) {
+    const auto* dialog = reinterpret_cast<const GameListDialog*>(self);
+    return CompareRows(dialog->index_.At(static_cast<int>(a)),
+                       dialog->index_.At(static_cast<int>(b)), dialog->sort_.Key());
 }
 
 // Sorts by column: a new column sorts ascending, the same column again flips the order.
 void GameListDialog::SortBy(int column) {
-    int key = sort_.TapColumn(column);
-    SendMessageW(list_, LVM_SORTITEMS, static_cast<WPARAM>(key), reinterpret_cast<LPARAM>(Compare));
+    sort_.TapColumn(column);
+    SendMessageW(list_, LVM_SORTITEMS, reinterpret_cast<WPARAM>(this),
+                 reinterpret_cast<LPARAM>(Compare));
 }
 
 // The list keeps its top edge and fills the rest of the dialog above the menu bar.
@@ -141,11 +144,12 @@ INT_PTR GameListDialog::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
                 LVITEMW item{};
                 item.mask = LVIF_PARAM;
                 item.iItem = activate->iItem;
+                GameRow game;
                 if (activate->iItem >= 0 &&
                     SendMessageW(list_, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)) &&
-                    item.lParam != 0) {
-                    chosen_ = reinterpret_cast<GameSummary*>(item.lParam);
-                    if (offsetOut_ != nullptr) *offsetOut_ = chosen_->offset;
+                    (game = index_.At(static_cast<int>(item.lParam)))) {
+                    chosen_ = game.Position();
+                    if (offsetOut_ != nullptr) *offsetOut_ = game.Offset();
                     if (countOut_ != nullptr) *countOut_ = index_.Count();
                     EndDialog(window_, 1);
                 }

@@ -9,7 +9,6 @@
 namespace velmora {
 
 class GameIndex;
-class GameSummary;
 
 class GameListDialog : public DialogBase {
   public:
@@ -23,9 +22,10 @@ class GameListDialog : public DialogBase {
     BOOL OnInitDialog() override;
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
 
-    // For tests and the main window: the list view, and the summary chosen.
+    // For tests and the main window: the list view, and the position of the game chosen in
+    // the index (-1 while none is).
     HWND List() const { return list_; }
-    GameSummary* Chosen() const { return chosen_; }
+    int Chosen() const { return chosen_; }
     const GameListSort& Sort() const { return sort_; }
 
   private:
@@ -40,7 +40,7 @@ class GameListDialog : public DialogBase {
     HWND list_ = nullptr;
     int listTop_ = 0;
     GameListSort sort_;
-    GameSummary* chosen_ = nullptr;
+    int chosen_ = -1;
 };
 
 }  // namespace velmora

@@ -197,11 +197,7 @@ std::unique_ptr<Game> MainWindow::ChooseAndLoad(GameIndex& file, int* number, bo
     int count = 0;
     GameListDialog list(file);
     if (list.Run(window_, &offset, &count) != 1) return nullptr;
-    *number = 1;
-    for (GameSummary* summary = file.First(); summary != nullptr && summary != list.Chosen();
-         summary = summary->next.get()) {
-        ++*number;
-    }
+    *number = list.Chosen() + 1;
     auto game = std::make_unique<Game>(&file);
     PgnOutcome outcome = LoadGame(*game, OwnerOf(window_), offset, count);
     if (!outcome.Ok()) {
@@ -262,12 +258,10 @@ void MainWindow::OnCommand(int id) {
             break;
         case ID_OPEN_NEXT:
             if (game_ != nullptr && file_ != nullptr) {
-                GameSummary* next = file_->First();
-                for (int i = 0; i < index_ && next != nullptr; ++i)
-                    next = next->next.get();
-                if (next == nullptr) break;
+                const GameRow next = file_->At(index_);
+                if (!next) break;
                 auto game = std::make_unique<Game>(file_.get());
-                if (!LoadGame(*game, OwnerOf(window_), next->offset, file_->Count()).Ok()) break;
+                if (!LoadGame(*game, OwnerOf(window_), next.Offset(), file_->Count()).Ok()) break;
                 game_ = std::move(game);
                 ++index_;
                 ShowGameWindow();

@@ -22,9 +22,12 @@ inline std::u16string DataPath(const std::string& name) {
 }
 inline std::vector<std::uint32_t> Offsets(const GameIndex& index) {  // in list order
     std::vector<std::uint32_t> offsets;
-    for (GameSummary* entry = index.First(); entry; entry = entry->next.get())
-        offsets.push_back(entry->offset);
+    for (GameRow row : index)
+        offsets.push_back(row.Offset());
     return offsets;
+}
+inline std::u16string Text(const RowText& text) {  // "<none>" when there is no value
+    return text.IsNull() ? u"<none>" : std::u16string(text.View());
 }
 struct RecordedMessages final : UserMessages {  // while it lives: records, gives answer to all
     RecordedMessages() { SetUserMessages(this); }

@@ -36,6 +36,10 @@ std::size_t AnsiToWide(std::string_view bytes, char16_t* out, std::size_t capaci
     return count;
 }
 
+std::size_t MaxAnsiCharBytes() {
+    return 1;
+}
+
 // Maps each UTF-16 unit on its own, so a surrogate pair becomes "??" as it does on Windows.
 std::string WideToAnsi(std::u16string_view text) {
     std::string out;

@@ -33,6 +33,17 @@ std::size_t AnsiToWide(std::string_view bytes, char16_t* out, std::size_t capaci
     return count;
 }
 
+// Asks the system once; a code page it cannot describe is taken at the widest, UTF-8's 4 bytes.
+std::size_t MaxAnsiCharBytes() {
+    static const std::size_t bytes = [] {
+        CPINFO info{};
+        return GetCPInfo(CP_ACP, &info) && info.MaxCharSize > 0
+                   ? static_cast<std::size_t>(info.MaxCharSize)
+                   : std::size_t{4};
+    }();
+    return bytes;
+}
+
 // Asks for no best-fit mapping, so a character without an exact byte becomes '?' (not a
 // look-alike such as 'A' for U+0100) and the result matches the Windows-1252 table used elsewhere.
 // A system whose ANSI code page is UTF-8 refuses those options, and needs none.

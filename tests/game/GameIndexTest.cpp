@@ -1,9 +1,13 @@
-// Scanning PGN files into a game index, and keeping offsets right after a save.
+// Scanning PGN files into a game index: rows and their texts, the n-th game, offsets.
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include "PgnTestSupport.h"
 #include "game/Game.h"
 #include "game/GameIndex.h"
+#include "game/GameScanner.h"
+#include "game/PgnLineReader.h"
 
 namespace velmora {
 namespace {
@@ -14,53 +18,145 @@ using Offsets = std::vector<std::uint32_t>;
 TEST(GameIndex, ThreeGamesThenOffsetsAfterASave) {
     GameIndex index(test::DataPath("three-games.pgn").c_str());
     ASSERT_EQ(index.Load(), 1);
-    EXPECT_EQ(index.FileName() + index.Last()->FilePath(), u"three-games.pgn" + index.Path());
+    EXPECT_EQ(index.FileName() + index.At(2).FilePath(), u"three-games.pgn" + index.Path());
     // Each offset is that of a game's first tag line. The fields of each game are checked
     // through the command-line tool's list of this file.
     EXPECT_EQ(test::Offsets(index), (Offsets{0, 197, 294}));
-    // Values repeated across games are stored once.
-    EXPECT_EQ(index.First()->event.Block(), index.Last()->event.Block());
-    EXPECT_EQ(index.First()->white.Block(), index.Last()->black.Block());
-    Game game;
-    game.SetFilePath(u"a");  // paths compare ignoring case
-    game.offset = 100;
-    game.endOffset = 250;
-    EXPECT_EQ(index.GameSaved(game, index.First()), index.First()->next.get());
-    EXPECT_EQ(index.GameSaved(game, index.Last()), nullptr);
-    index.TextMoved(game, 40);  // the game list rescans instead
+    EXPECT_EQ(index.Count(), 3);
+    EXPECT_TRUE(!index.At(-1) && !index.At(3) && index.At(2).Position() == 2);
+    // A game written behind row 0 now ends at 250, where row 1 begins.
+    EXPECT_EQ(index.GameSaved(0, 250).Position(), 1);
+    EXPECT_FALSE(index.GameSaved(2, 999));
+    index.TextMoved(index.Path(), 0, 40);  // the game list rescans instead
     EXPECT_EQ(test::Offsets(index), (Offsets{0, 250, 294}));
-    // Search results move the later entries of the game's file, up to another file's entry.
-    const std::pair<const char16_t*, std::uint32_t> entries[] = {
-        {u"A", 0}, {u"A", 100}, {u"A", 200}, {u"A", 300}, {u"B", 250}, {u"A", 400}};
+    // Search results move the later rows of the game's file, up to another file's row.
+    const auto fileA = std::make_shared<const std::u16string>(u"A");
+    const auto fileB = std::make_shared<const std::u16string>(u"B");
+    const std::pair<std::shared_ptr<const std::u16string>, std::uint32_t> rows[] = {
+        {fileA, 0}, {fileA, 100}, {fileA, 200}, {fileA, 300}, {fileB, 250}, {fileA, 400}};
     GameSearchResults results;
-    for (const auto& [path, offset] : entries) {
-        results.AddEntry(std::make_unique<GameSummary>());
-        results.Last()->SetFilePath(path);
-        results.Last()->offset = offset;
+    for (const auto& [path, offset] : rows) {
+        ScannedGame game;
+        game.offset = offset;
+        results.AddEntry(game, path);
     }
-    // A game written behind an entry changes no offset, and there is nothing to rescan.
-    EXPECT_EQ(results.GameSaved(game, results.First()), results.First()->next.get());
+    // A game written behind a row changes no offset, and there is nothing to rescan.
+    EXPECT_EQ(results.GameSaved(0, 999).Offset(), 100u);
     EXPECT_EQ(results.Load(platform::SystemFileSystem()), 1);
-    results.TextMoved(game, -7);
+    results.TextMoved(u"a", 100, -7);  // paths compare ignoring case
     EXPECT_EQ(test::Offsets(results), (Offsets{0, 100, 193, 293, 250, 400}));
+    EXPECT_EQ(results.At(4).FilePath() + results.At(5).FilePath(), u"BA");
 }
 
 TEST(GameIndex, StartTextsCountsAndGamesTheScannerSkips) {
-    // File, games listed, start text of the first; "[white " is not a White tag to the scanner.
-    const std::tuple<const char*, int, const char16_t*> cases[] = {
-        {"setup-start-text.pgn", 1, u"(Position)"},
-        {"long-line-with-blanks.pgn", 1, u"1. Nf3 Nf6 2. Ng1 Ng8 3. Nf3 N"},
-        {"no-result-token-then-next-game.pgn", 2, u"1. e4 e5"},
-        {"ends-inside-tags.pgn", 1, u"1. e4 e5 1-0"},  // the cut game adds no entry
-        {"tags-only-no-moves.pgn", 0, u""},
-        {"no-white-tag.pgn", 0, u""},
-        {"lower-case-white-tag.pgn", 0, u""}};
-    for (const auto& [file, count, start] : cases) {
+    // File, games listed, start text of each; "[white " is not a White tag to the scanner.
+    const std::tuple<const char*, int, std::vector<std::u16string>> cases[] = {
+        {"setup-start-text.pgn", 1, {u"(Position)"}},
+        {"long-line-with-blanks.pgn", 1, {u"1. Nf3 Nf6 2. Ng1 Ng8 3. Nf3 N"}},
+        {"no-result-token-then-next-game.pgn", 2, {u"1. e4 e5", u"1. d4 d5 1-0"}},
+        {"ends-inside-tags.pgn", 1, {u"1. e4 e5 1-0"}},  // the cut game adds no row
+        {"tags-only-no-moves.pgn", 0, {}},
+        {"no-white-tag.pgn", 0, {}},
+        {"lower-case-white-tag.pgn", 0, {}},
+        // Cut after conversion: the 30th and 31st characters come from bytes above 127; a line
+        // of more than 255 bytes gives its first cut; a short line is kept whole.
+        {"start-text-boundaries.pgn",
+         4,
+         {u"1. e4 e5 2. Nf3 Nc6 {A commen\u00E9", u"{x00} {x01} {x02} {x03} {x04} ", u"0-1",
+          u"(Position)"}},
+    };
+    for (const auto& [file, count, starts] : cases) {
         GameIndex index(test::DataPath(file).c_str());
         ASSERT_EQ(index.Load(), 1);
         EXPECT_EQ(index.Count(), count) << file;
-        EXPECT_EQ(index.First() ? Text(index.First()->start) : u"", start) << file;
+        std::vector<std::u16string> found;
+        for (GameRow row : index)
+            found.push_back(Text(row.Text(RowField::Start)));
+        EXPECT_EQ(found, starts) << file;
     }
+}
+
+// A tag given with an empty value has a value; a tag left out has none (except those that
+// start with a default: Event, Site and Round "?", Date "??\??").
+TEST(GameIndex, EmptyTagsAreKeptApartFromMissingOnes) {
+    GameIndex index(test::DataPath("empty-and-missing-tags.pgn").c_str());
+    ASSERT_EQ(index.Load(), 1);
+    ASSERT_EQ(index.Size(), 2);
+    const std::u16string longEvent = [] {
+        std::u16string text;
+        for (int i = 0; i < 7; ++i)
+            text += u"Long Event Name ";
+        return text;
+    }();
+    const std::vector<std::u16string> expected[] = {
+        {u"", u"Black One", longEvent, u"??\\??", u"", u"?", u""},
+        {u"White Two", u"", u"?", u"", u"?", u"?", u"<none>"},
+    };
+    for (int game = 0; game < 2; ++game) {
+        std::vector<std::u16string> texts;
+        for (RowField field : {RowField::White, RowField::Black, RowField::Event, RowField::Date,
+                               RowField::Round, RowField::Site, RowField::Eco}) {
+            texts.push_back(Text(index.At(game).Text(field)));
+        }
+        EXPECT_EQ(texts, expected[game]) << "game " << game + 1;
+    }
+    EXPECT_TRUE(index.At(0).Has(RowField::Eco) && !index.At(1).Has(RowField::Eco));
+}
+
+// What saving adds to a file's list: the game's texts as the file holds them, no value kept
+// as no value, and the same offset.
+TEST(GameIndex, AnAddedGameKeepsItsTagsAndOffset) {
+    GameIndex index(u"added.pgn");
+    GameSummary game;
+    game.SetWhite(nullptr);
+    game.SetBlack(u"");
+    game.SetEvent(u"Caf\u00E9 \u20AC");
+    game.SetResultCode(kDraw);
+    game.offset = 77;
+    index.GameAdded(game);
+    const GameRow row = index.At(0);
+    ASSERT_TRUE(row);
+    EXPECT_EQ(Text(row.Text(RowField::White)) + u"|" + Text(row.Text(RowField::Black)) + u"|" +
+                  Text(row.Text(RowField::Event)) + u"|" + Text(row.Text(RowField::Start)),
+              u"<none>||Caf\u00E9 \u20AC|<none>");
+    EXPECT_EQ(std::u16string(row.ResultText(1)) + u" " + row.FilePath(),
+              u"\u00BD-\u00BD added.pgn");
+    EXPECT_EQ(row.Offset(), 77u);
+    EXPECT_EQ(index.Count(), 1);
+}
+
+// Every test file: each row shows what the scanner handed on for its game, so nothing is lost
+// or mixed up in storing (shared texts, lengths, texts with bytes above 127).
+TEST(GameIndex, RowsShowWhatTheScannerRead) {
+    auto line = [](auto&& text, std::uint32_t offset, ResultCode result) {
+        std::u16string out = platform::Utf8ToWide(std::to_string(offset)) + u"|" +
+                             platform::Utf8ToWide(std::to_string(result & 0xFF));
+        for (int field = 0; field < kRowFieldCount; ++field)
+            out += u"|" + Text(text(static_cast<RowField>(field)));
+        return out;
+    };
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_TEST_DATA_DIR)) {
+        if (entry.path().extension() != ".pgn") continue;
+        ++files;
+        const std::u16string path = entry.path().u16string();
+        test::MemoryFile file{test::ReadBytes(path)};
+        PgnLineReader reader(file);
+        std::vector<std::u16string> scanned, listed;
+        int count = 0;
+        ScanFile(reader, &count, [&](ScannedGame& game, std::uint32_t) {
+            scanned.push_back(
+                line([&](RowField f) { return game.Text(f); }, game.offset, game.result));
+            return 1;
+        });
+        GameIndex index(path.c_str());
+        ASSERT_EQ(index.Load(), 1);
+        for (GameRow row : index)
+            listed.push_back(
+                line([&](RowField f) { return row.Text(f); }, row.Offset(), row.Result()));
+        EXPECT_EQ(listed, scanned) << entry.path().filename().string();
+    }
+    EXPECT_GT(files, 20);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "game/GameIndex.h"
+
 #include <climits>
 #include <memory>
 #include <string>
@@ -74,13 +76,14 @@ TEST(GameListOrder, RoundIsReadAsADecimalNumber) {
         {u"-99999999999", INT_MIN},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(RoundNumber(OwnedText(c.text)), c.number)
+        EXPECT_EQ(RoundNumber(c.text ? std::u16string_view(c.text) : std::u16string_view()),
+                  c.number)
             << (c.text ? std::string(c.text, c.text + std::char_traits<char16_t>::length(c.text))
                        : "<none>");
     }
 }
 
-// Five games whose offsets (1..5) name them.
+// Five games whose offsets (1..5) name them, rows of a game list as saving adds them.
 class GameListSorting : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -99,31 +102,31 @@ class GameListSorting : public ::testing::Test {
              u"1. e4"},
         };
         for (const Row& row : rows) {
-            auto game = std::make_unique<GameSummary>();
-            game->offset = static_cast<std::uint32_t>(games.size() + 1);
-            game->SetWhite(row.white);
-            game->SetBlack(row.black);
-            game->SetResultCode(row.result);
-            game->SetEco(row.eco);
-            game->SetEvent(row.event);
-            game->SetRound(row.round);
-            game->SetDate(row.date);
-            game->SetStart(row.start);
-            games.push_back(std::move(game));
+            GameSummary game;
+            game.offset = static_cast<std::uint32_t>(games.Size() + 1);
+            game.SetWhite(row.white);
+            game.SetBlack(row.black);
+            game.SetResultCode(row.result);
+            game.SetEco(row.eco);
+            game.SetEvent(row.event);
+            game.SetRound(row.round);
+            game.SetDate(row.date);
+            game.SetStart(row.start);
+            games.GameAdded(game);
         }
     }
     // The offsets of the games sorted by key.
     std::vector<int> Sorted(int key) {
-        std::vector<GameSummary*> list;
-        for (auto& game : games)
-            list.push_back(game.get());
-        SortSummaries(list, key);
+        std::vector<GameRow> list;
+        for (GameRow game : games)
+            list.push_back(game);
+        SortRows(list, key);
         std::vector<int> order;
-        for (GameSummary* game : list)
-            order.push_back(static_cast<int>(game->offset));
+        for (const GameRow& game : list)
+            order.push_back(static_cast<int>(game.Offset()));
         return order;
     }
-    std::vector<std::unique_ptr<GameSummary>> games;
+    GameIndex games;
 };
 
 TEST_F(GameListSorting, EachColumnAscendingAndDescending) {
@@ -151,7 +154,7 @@ TEST_F(GameListSorting, EachColumnAscendingAndDescending) {
 TEST_F(GameListSorting, ResultAscendingPutsUnfinishedGamesFirst) {
     EXPECT_EQ(Sorted(4), (std::vector<int>{3, 4, 1, 2, 5}));
     EXPECT_EQ(Sorted(5), (std::vector<int>{2, 5, 1, 4, 3}));
-    EXPECT_EQ(CompareSummaries(*games[1], *games[4], 4), 0);  // both "1-0"
+    EXPECT_EQ(CompareRows(games.At(1), games.At(4), 4), 0);  // both "1-0"
 }
 
 // Intended: the Start column sorts by Date, not by its own text.
@@ -174,12 +177,14 @@ TEST_F(GameListSorting, CellTextsOfTheEightColumns) {
     };
     for (const auto& c : cases) {
         for (int column = 0; column < kGameListColumnCount; ++column)
-            EXPECT_EQ(CellText(*games[c.game], column), c.cells[column])
+            EXPECT_EQ(CellText(games.At(c.game), column), c.cells[column])
                 << "game " << c.game << " column " << column;
     }
-    EXPECT_EQ(CellText(*games[0], kGameListColumnCount), u"");
-    games[0]->SetResultCode(-1);
-    EXPECT_EQ(CellText(*games[0], kColumnResult), u"*");
+    EXPECT_EQ(CellText(games.At(0), kGameListColumnCount), u"");
+    GameSummary unset;
+    unset.SetResultCode(-1);
+    games.GameAdded(unset);
+    EXPECT_EQ(CellText(games.At(5), kColumnResult), u"*");
 }
 
 TEST(GameListOrder, TappingAHeaderTwiceFlipsTheOrder) {

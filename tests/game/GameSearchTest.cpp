@@ -20,10 +20,10 @@ struct Recorder final : SearchObserver {
     void Progress(int, std::uint32_t) override {
         if (++games == stopAfter) search->Stop();
     }
-    void Found(const GameSummary& summary, int number) override {
+    void Found(const GameRow& row, int number) override {
         if (!found.empty()) found += " ";
-        found += (summary.FilePath() == kFileA ? "a" : "b") + std::to_string(number);
-        if (summary.foundAt != 0 || withFoundAt) found += "@" + std::to_string(summary.foundAt);
+        found += (row.FilePath() == kFileA ? "a" : "b") + std::to_string(number);
+        if (row.FoundAt() != 0 || withFoundAt) found += "@" + std::to_string(row.FoundAt());
     }
     std::string files, found;
     int games = 0, stopAfter = -1;
@@ -95,10 +95,9 @@ TEST(GameSearch, NameMatchingLooksAtTheFirst64CharactersUpperCased) {
         {u"@", u"", true},
     };
     for (const auto& [pattern, name, matches] : cases) {
-        EXPECT_EQ(GameSearch::NameMatches(OwnedText(name.c_str()), pattern), matches)
+        EXPECT_EQ(GameSearch::NameMatches(name, pattern), matches)
             << platform::WideToUtf8(pattern) << " in " << platform::WideToUtf8(name.c_str());
     }
-    EXPECT_TRUE(GameSearch::NameMatches(OwnedText(), u"@"));  // no name reads as empty
     SearchCriteria criteria;
     criteria.white = std::u16string(70, u'x');
     criteria.eco = u"C20 and more";
@@ -165,11 +164,11 @@ TEST(GameSearch, ResultsCarryPathsAndOffsetsAcrossFiles) {
     for (const std::u16string& path : {kFileA, kFileB}) {
         GameIndex index(path.c_str());
         ASSERT_EQ(index.Load(), 1);
-        for (GameSummary* entry = index.First(); entry; entry = entry->next.get())
-            expected.emplace_back(path, entry->offset);
+        for (GameRow row : index)
+            expected.emplace_back(path, row.Offset());
     }
-    for (GameSummary* entry = results->First(); entry; entry = entry->next.get())
-        actual.emplace_back(entry->FilePath(), entry->offset);
+    for (GameRow row : *results)
+        actual.emplace_back(row.FilePath(), row.Offset());
     EXPECT_EQ(actual, expected);
 }
 
@@ -184,7 +183,7 @@ TEST(GameSearch, StopEndsTheScanAfterTheCurrentGame) {
     EXPECT_EQ(recorder.found, "a1");
     EXPECT_EQ(recorder.games, 2);    // the scan of the file ends there
     EXPECT_EQ(recorder.files, "+");  // and no other file is opened
-    EXPECT_EQ(results->First(), results->Last());
+    EXPECT_EQ(results->Size(), 1);
     // The next run starts afresh.
     recorder = Recorder();
     search.Run({kFileB}, &recorder);

@@ -10,6 +10,8 @@
 
 #include "PgnTestSupport.h"
 #include "game/Game.h"
+#include "game/GameSearch.h"
+#include "game/PgnParser.h"
 #include "platform/SystemError.h"
 
 namespace velmora {
@@ -71,7 +73,9 @@ struct FaultyFileSystem final : platform::FileSystem {
 
 struct MovesRecorder final : GameIndex {  // records how far the games behind a saved one move
     using GameIndex::GameIndex;
-    void TextMoved(Game&, std::int64_t delta) override { moves.push_back(delta); }
+    void TextMoved(const std::u16string&, std::uint32_t, std::int64_t delta) override {
+        moves.push_back(delta);
+    }
     Moves moves;
 };
 
@@ -139,6 +143,31 @@ TEST_F(PgnSave, AppendingAddsOneLineEndBeforeTheGameOrMakesANewFile) {
     EXPECT_EQ(game.offset, kGame1.size() + 2);
     EXPECT_EQ(game.Owner(), &existing);
     EXPECT_EQ(test::Offsets(existing), std::vector<std::uint32_t>{game.offset});
+}
+
+// Search results hold games of several files: a game saved in place moves the later games of
+// its own file to where a new scan finds them, and leaves the other file's games as they were.
+TEST_F(PgnSave, SavingAFoundGameMovesTheLaterGamesOfItsFileOnly) {
+    const Path other = folder.Path("other.pgn");
+    const std::string three = test::ReadBytes(test::DataPath("three-games.pgn"));
+    test::WriteBytes(path, three);
+    test::WriteBytes(other, three);
+    SearchCriteria criteria;
+    criteria.white = u"@";
+    std::unique_ptr<GameSearchResults> results = GameSearch(criteria).Run({path, other});
+    ASSERT_EQ(results->Size(), 6);
+    Game game(results.get());
+    game.SetFilePath(results->At(1).FilePath());
+    ASSERT_TRUE(LoadGame(game, nullptr, results->At(1).Offset(), 3).Ok());
+    game.SetEvent(u"A longer event than the one the file had");
+    ASSERT_EQ(SaveInPlace(game, nullptr), 0);
+    GameIndex rescanned(path.c_str());
+    ASSERT_EQ(rescanned.Load(), 1);
+    std::vector<std::uint32_t> offsets = test::Offsets(*results);
+    EXPECT_EQ(std::vector<std::uint32_t>(offsets.begin(), offsets.begin() + 3),
+              test::Offsets(rescanned));
+    EXPECT_EQ(std::vector<std::uint32_t>(offsets.begin() + 3, offsets.end()),
+              (std::vector<std::uint32_t>{0, 197, 294}));
 }
 
 TEST_F(PgnSave, PromptSaveSavesOnYesGoesOnOnNoStopsOnCancelAndWholeFileSavesDoNotTruncate) {

@@ -277,9 +277,10 @@ TEST_F(GuiTest, GameListSortsByTwoColumnsAndATapChoosesTheGame) {
     // The second row after that sort is Bernard's 0-1 game; its offset comes back.
     ASSERT_EQ(whiteByResult.size(), 4u);
     EXPECT_EQ(whiteByResult[1], L"Bernard, Anne");
-    ASSERT_NE(dialog.Chosen(), nullptr);
-    EXPECT_EQ(offset, dialog.Chosen()->offset);
-    EXPECT_STREQ(Wide(dialog.Chosen()->white.Get()), L"Bernard, Anne");
+    const GameRow chosen = index.At(dialog.Chosen());
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(offset, chosen.Offset());
+    EXPECT_EQ(chosen.Text(RowField::White).View(), u"Bernard, Anne");
     EXPECT_EQ(count, 4);
 }
 
@@ -306,7 +307,7 @@ class GameWindowTest : public GuiTest {
         index = std::make_unique<GameIndex>(path.c_str());
         ASSERT_EQ(index->Load(), 1);
         game = std::make_unique<Game>(index.get());
-        ASSERT_TRUE(LoadGame(*game, nullptr, index->First()->offset, index->Count()).Ok());
+        ASSERT_TRUE(LoadGame(*game, nullptr, index->At(0).Offset(), index->Count()).Ok());
     }
     std::unique_ptr<GameIndex> index;
     std::unique_ptr<Game> game;

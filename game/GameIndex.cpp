@@ -31,6 +31,9 @@ int GameIndex::Load(platform::FileSystem& fileSystem) {
         ShowMessage(platform::ErrorTextOrCode(error), u"Unable to open file", MessageIcon::Error);
         return 0;
     }
+    // A game takes several hundred bytes of a file and brings about one new text.
+    std::int64_t size = 0;
+    if (file->Size(&size) == 0) pool_.ExpectTexts(static_cast<std::size_t>(size / 512));
     PgnLineReader reader(*file);
     int count = 0;
     ScanFile(reader, &count, [this](ScannedGame& game, std::uint32_t at) {

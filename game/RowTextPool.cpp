@@ -8,19 +8,26 @@ namespace {
 
 constexpr std::size_t kFirstTableSize = 1024;
 
-// Mixes the bytes eight at a time; texts are short, mostly under 32 bytes.
+// Mixes the bytes eight at a time; texts are short, mostly under 32 bytes. The last word is
+// the text's last eight bytes, overlapping the one before; a text under eight bytes is read a
+// byte at a time.
 std::uint64_t Hash(std::string_view bytes) {
-    std::uint64_t hash = 0x9E3779B97F4A7C15ull ^ bytes.size();
-    std::size_t i = 0;
-    for (; i + 8 <= bytes.size(); i += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, bytes.data() + i, 8);
-        hash = (hash ^ word) * 0xBF58476D1CE4E5B9ull;
-        hash ^= hash >> 29;
+    const std::size_t n = bytes.size();
+    std::uint64_t hash = 0x9E3779B97F4A7C15ull ^ n;
+    std::uint64_t last = 0;
+    if (n >= 8) {
+        for (std::size_t i = 0; i + 8 < n; i += 8) {
+            std::uint64_t word;
+            std::memcpy(&word, bytes.data() + i, 8);
+            hash = (hash ^ word) * 0xBF58476D1CE4E5B9ull;
+            hash ^= hash >> 29;
+        }
+        std::memcpy(&last, bytes.data() + n - 8, 8);
+    } else {
+        for (std::size_t i = 0; i < n; ++i)
+            last = last << 8 | static_cast<unsigned char>(bytes[i]);
     }
-    std::uint64_t tail = 0;
-    if (i < bytes.size()) std::memcpy(&tail, bytes.data() + i, bytes.size() - i);
-    hash = (hash ^ tail) * 0x94D049BB133111EBull;
+    hash = (hash ^ last) * 0x94D049BB133111EBull;
     return hash ^ (hash >> 31);
 }
 
@@ -63,6 +70,14 @@ std::uint32_t RowTextPool::Find(std::string_view bytes) {
         if (entry == kNoText) return entry = Append(bytes);
         if (SameBytes(Get(entry), bytes)) return entry;
     }
+}
+
+void RowTextPool::ExpectTexts(std::size_t count) {
+    if (!table_.empty() || compacted_) return;
+    std::size_t size = kFirstTableSize;
+    while (size < 2 * count)
+        size *= 2;
+    table_.assign(size, kNoText);
 }
 
 // Doubles the table and places every stored text again.

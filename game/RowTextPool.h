@@ -44,6 +44,9 @@ class RowTextPool {
         return std::string_view(reinterpret_cast<const char*>(at), header >> 1);
     }
 
+    // Sizes the hash table for about count texts before the first is stored, so that a large
+    // file's scan does not grow it step by step.
+    void ExpectTexts(std::size_t count);
     // Frees the hash table and trims the block to its size: later texts are appended as they
     // come.
     void Compact();

@@ -142,4 +142,13 @@ std::int32_t GameSearchResults::RowFoundAt(int position) const {
     return position < static_cast<int>(found_.size()) ? found_[position].foundAt : 0;
 }
 
+// A row reads its file and search position from the index that holds it.
+const std::u16string& GameRow::FilePath() const {
+    return index_->RowPath(position_);
+}
+
+std::int32_t GameRow::FoundAt() const {
+    return index_->RowFoundAt(position_);
+}
+
 }  // namespace velmora

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "game/GameIndex.h"
 #include "platform/CodePage.h"
 
 namespace velmora {
@@ -87,14 +86,6 @@ const char16_t* GameRow::ResultText(int displayForm) const {
         default:
             return u"*";
     }
-}
-
-const std::u16string& GameRow::FilePath() const {
-    return index_->RowPath(position_);
-}
-
-std::int32_t GameRow::FoundAt() const {
-    return index_->RowFoundAt(position_);
 }
 
 }  // namespace velmora

@@ -85,7 +85,7 @@ void AppendRow(std::string& line, const GameRow& row) {
     put(texts[0]);
     put(texts[1]);
     *at++ = '\t';
-    for (const char16_t* result = row.ResultText(0); *result; ++result)
+    for (const char16_t* result = row.ResultText(ResultForm::Pgn); *result; ++result)
         *at++ = static_cast<char>(*result);  // "1-0", "1/2-1/2", "0-1" or "*"
     for (int i = 2; i < kCount; ++i)
         put(texts[i]);

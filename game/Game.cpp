@@ -106,7 +106,7 @@ void Game::LeaveVariation() {
 
 Position* Game::CorrespondencePosition() {
     if (lastMove == 0) return &start_;
-    Colour wanted = static_cast<Colour>((32 - trait) & 255);
+    Colour wanted = OtherSide(static_cast<Colour>(trait));
     for (MoveNode* node = start_.FirstContinuation(); node;
          node = node->positionAfter->FirstContinuation()) {
         PieceCode mover = node->positionBefore->GetSquare(node->from);
@@ -139,7 +139,7 @@ void Game::RefreshAll(GameView* observer) {
         observers_[i]->Refresh();
 }
 
-int Game::AddObserver(GameView* observer, int asPrimary) {
+int Game::AddObserver(GameView* observer, bool asPrimary) {
     if (asPrimary) {
         if (primary_ != nullptr) return 0;
         primary_ = observer;

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "game/Position.h"
 #include "game/GameHeader.h"
+#include "game/Position.h"
 
 namespace velmora {
 
@@ -50,7 +50,7 @@ class GameCursor {
     virtual Position* Current() = 0;
     virtual void NotifyChanged(MoveNode* move, GameView* except) = 0;
     virtual void RefreshAll(GameView* observer) = 0;
-    virtual int AddObserver(GameView* observer, int asPrimary) = 0;
+    virtual int AddObserver(GameView* observer, bool asPrimary) = 0;
     virtual void RemoveObserver(GameView* observer) = 0;
     virtual Game* GetGame() = 0;
 };
@@ -85,7 +85,7 @@ class Game : public GameSummary, public GameCursor {
     Position* Current() override { return current_; }
     void NotifyChanged(MoveNode* move, GameView* except) override;
     void RefreshAll(GameView* observer) override;
-    int AddObserver(GameView* observer, int asPrimary) override;
+    int AddObserver(GameView* observer, bool asPrimary) override;
     void RemoveObserver(GameView* observer) override;
     Game* GetGame() override { return this; }
 

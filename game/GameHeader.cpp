@@ -55,12 +55,12 @@ bool GameHeader::IsComplete() const {
            !site.IsNull() && !date.IsNull() && result != kResultUnset;
 }
 
-const char16_t* GameHeader::ResultText(int displayForm) const {
+const char16_t* ResultTextOf(ResultCode result, ResultForm form) {
     switch (result) {
         case kWhiteWins:
             return u"1-0";
         case kDraw:
-            return displayForm ? u"\u00BD-\u00BD" : u"1/2-1/2";
+            return form == ResultForm::Display ? u"\u00BD-\u00BD" : u"1/2-1/2";
         case kBlackWins:
             return u"0-1";
         default:

@@ -22,6 +22,11 @@ constexpr ResultCode kResultUnset = -1;
 // The code of a result text: "1-0", "0-1", "1/2-1/2" or "½-½" (exact); any other text gives 3.
 ResultCode ResultFromText(std::u16string_view text);
 
+// How a result is written: as in PGN files ("1/2-1/2"), or as the game list shows it ("½-½").
+enum class ResultForm { Pgn, Display };
+// "1-0", "1/2-1/2" or "½-½", "0-1", else "*".
+const char16_t* ResultTextOf(ResultCode result, ResultForm form);
+
 // The seven standard tag values, the result and the correspondence tags.
 class GameHeader {
   public:
@@ -52,8 +57,7 @@ class GameHeader {
     void Reset();
     // True when the six texts are present and a result was seen.
     bool IsComplete() const;
-    // "1-0", "1/2-1/2" (or "½-½" with displayForm), "0-1", else "*".
-    const char16_t* ResultText(int displayForm) const;
+    const char16_t* ResultText(ResultForm form) const { return ResultTextOf(result, form); }
 
     OwnedText white;
     OwnedText black;

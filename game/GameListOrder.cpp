@@ -282,7 +282,7 @@ std::u16string CellText(const GameRow& row, int column) {
     static constexpr RowField kFields[kGameListColumnCount] = {
         RowField::White, RowField::Black, RowField::White, RowField::Eco,
         RowField::Event, RowField::Round, RowField::Date,  RowField::Start};
-    if (column == kColumnResult) return row.ResultText(1);
+    if (column == kColumnResult) return row.ResultText(ResultForm::Display);
     if (column < 0 || column >= kGameListColumnCount) return {};
     return std::u16string(row.Text(kFields[column]).View());
 }

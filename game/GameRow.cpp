@@ -75,17 +75,4 @@ RowText GameRow::Text(RowField field) const {
     return FieldText(field, Has(field), Bytes(field), IsSetUp());
 }
 
-const char16_t* GameRow::ResultText(int displayForm) const {
-    switch (Result()) {
-        case kWhiteWins:
-            return u"1-0";
-        case kDraw:
-            return displayForm ? u"\u00BD-\u00BD" : u"1/2-1/2";
-        case kBlackWins:
-            return u"0-1";
-        default:
-            return u"*";
-    }
-}
-
 }  // namespace velmora

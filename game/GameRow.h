@@ -124,8 +124,7 @@ class GameRow {
         *text = field == RowField::Start ? bytes.substr(0, kStartTextLength) : bytes;
         return true;
     }
-    // "1-0", "1/2-1/2" (or "½-½" with displayForm), "0-1", else "*".
-    const char16_t* ResultText(int displayForm) const;
+    const char16_t* ResultText(ResultForm form) const { return ResultTextOf(Result(), form); }
     // The path of the game's file.
     const std::u16string& FilePath() const;
     // Where game search met its position (0 outside search results).

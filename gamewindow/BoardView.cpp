@@ -37,7 +37,7 @@ constexpr pocketpc::ToolButton kToolbar[] = {{0, ID_SAVE_IF_MODIFIED}, {1, ID_ED
 }  // namespace
 
 BoardView::BoardView(Game& game) : DialogBase(IDD_GAME_WINDOW, 0, 0), game_(game) {
-    game_.AddObserver(this, 1);
+    game_.AddObserver(this, true);
     notation_.Attach(&game_);
 }
 

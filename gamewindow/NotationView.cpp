@@ -22,7 +22,7 @@ NotationView::~NotationView() {
 
 void NotationView::Attach(Game* game) {
     game_ = game;
-    game_->AddObserver(this, 0);
+    game_->AddObserver(this, false);
 }
 
 bool NotationView::Create(HWND parent, int controlId, const RECT& rect) {

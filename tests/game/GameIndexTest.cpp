@@ -119,7 +119,7 @@ TEST(GameIndex, AnAddedGameKeepsItsTagsAndOffset) {
     EXPECT_EQ(Text(row.Text(RowField::White)) + u"|" + Text(row.Text(RowField::Black)) + u"|" +
                   Text(row.Text(RowField::Event)) + u"|" + Text(row.Text(RowField::Start)),
               u"<none>||Caf\u00E9 \u20AC|<none>");
-    EXPECT_EQ(std::u16string(row.ResultText(1)) + u" " + row.FilePath(),
+    EXPECT_EQ(std::u16string(row.ResultText(ResultForm::Display)) + u" " + row.FilePath(),
               u"\u00BD-\u00BD added.pgn");
     EXPECT_EQ(row.Offset(), 77u);
     EXPECT_EQ(index.Count(), 1);

@@ -35,7 +35,7 @@ TEST(GameRecord, ResultsResetCompletenessAndTags) {
         game.SetResultText(text);
         EXPECT_EQ(game.result, code) << testing::PrintToString(std::u16string(text));
         game.SetResultCode(code + 256);  // only the low 8 bits are kept
-        EXPECT_EQ(std::u16string(game.ResultText(0)) + u" " + game.ResultText(1), forms[code]);
+        EXPECT_EQ(std::u16string(game.ResultText(ResultForm::Pgn)) + u" " + game.ResultText(ResultForm::Display), forms[code]);
     }
     // Intended: the scanner's reset writes the date differently from a new game.
     game.Reset();
@@ -73,10 +73,10 @@ TEST(GameRecord, ObserversAndCursor) {
     std::vector<Position*> line{&game.StartPosition()};
     for (int ply = 0; ply < 26; ++ply)
         line.push_back(ReadSan(line.back(), std::array{"Nf3", "Nf6", "Ng1", "Ng8"}[ply % 4]));
-    EXPECT_EQ(game.AddObserver(&primary, 1), 1);
+    EXPECT_EQ(game.AddObserver(&primary, true), 1);
     for (char name = 'a'; name < 'k'; ++name)
-        EXPECT_EQ(game.AddObserver(&views.emplace_back(name), 0), 1);
-    EXPECT_EQ(game.AddObserver(&extra, 1) + game.AddObserver(&extra, 0), 0);  // all slots taken
+        EXPECT_EQ(game.AddObserver(&views.emplace_back(name), false), 1);
+    EXPECT_EQ(game.AddObserver(&extra, true) + game.AddObserver(&extra, false), 0);  // all slots taken
     for (View& view : views)
         if (view.name != 'b' && view.name != 'j') game.RemoveObserver(&view);
     game.NotifyChanged(line[1]->ArrivalNode(), &views[1]);

@@ -17,21 +17,6 @@ namespace velmora {
 
 namespace {
 
-// Reads an optional sign and the leading digits into 16 bits, as LastMove keeps them.
-std::uint16_t LeadingNumber(std::u16string_view text) {
-    std::size_t i = 0;
-    while (i < text.size() && (text[i] == u' ' || text[i] == u'\t'))
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) negative = text[i++] == u'-';
-    long value = 0;
-    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
-        value = value * 10 + (text[i] - u'0');
-        if (value > 0x7FFFFFFF) value = 0x7FFFFFFF;
-    }
-    return static_cast<std::uint16_t>(negative ? -value : value);
-}
-
 // Builds the game: its tags from the tag lines, its tree from the moves. The current position
 // of each open variation waits on a stack until the variation closes.
 class GameBuilder final : public PgnVisitor {
@@ -82,7 +67,7 @@ class GameBuilder final : public PgnVisitor {
                 game_.SetLastMoveDate(value.c_str());
                 break;
             case LoadedTag::LastMove:
-                game_.lastMove = LeadingNumber(value);
+                game_.lastMove = static_cast<std::uint16_t>(LeadingInteger(value));
                 break;
             case LoadedTag::Trait:
                 game_.trait = EqualsIgnoringCase(value.c_str(), u"White") ? kWhite : kBlack;

@@ -20,21 +20,6 @@ namespace {
 // the stack.
 constexpr int kMaxVariationDepth = 250;
 
-// Reads an optional sign and the leading digits, as a standard string-to-integer conversion.
-long LeadingInteger(std::u16string_view text) {
-    std::size_t i = 0;
-    while (i < text.size() && (text[i] == u' ' || text[i] == u'\t'))
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) negative = text[i++] == u'-';
-    long value = 0;
-    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
-        value = value * 10 + (text[i] - u'0');
-        if (value > 0x7FFFFFFF) value = 0x7FFFFFFF;
-    }
-    return negative ? -value : value;
-}
-
 PgnOutcome Failure(PgnError code, std::u16string argument = {}) {
     return PgnOutcome{code, std::move(argument)};
 }
@@ -115,6 +100,20 @@ PgnOutcome ParseLevel(PgnLexer& lexer, PgnVisitor& visitor, bool atVariationStar
 }
 
 }  // namespace
+
+long LeadingInteger(std::u16string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && (text[i] == u' ' || text[i] == u'\t'))
+        ++i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) negative = text[i++] == u'-';
+    long value = 0;
+    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
+        value = value * 10 + (text[i] - u'0');
+        if (value > 0x7FFFFFFF) value = 0x7FFFFFFF;
+    }
+    return negative ? -value : value;
+}
 
 std::u16string QuotedValue(std::u16string_view text) {
     std::size_t open = text.find(u'"');

@@ -43,6 +43,9 @@ struct PgnOutcome {
 std::u16string MessageFor(const PgnOutcome& outcome);
 // Shows MessageFor(outcome) with the caption and the error icon.
 void ShowLoadError(const PgnOutcome& outcome, const std::u16string& caption, MessageOwner owner);
+// Reads an optional sign and the leading digits, as a standard string-to-integer conversion
+// does (blanks before them skipped), stopping at 0x7FFFFFFF.
+long LeadingInteger(std::u16string_view text);
 // The text between the first double quote of line and the next one (or the line's end).
 std::u16string QuotedValue(std::u16string_view line);
 

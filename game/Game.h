@@ -6,6 +6,7 @@
 
 #include "game/GameHeader.h"
 #include "game/Position.h"
+#include "game/SavedText.h"
 
 namespace velmora {
 
@@ -110,6 +111,9 @@ class Game : public GameSummary, public GameCursor {
     std::int32_t saveMode = 0;
     // The index of the file Save chose for a game that had no location; the owner points at it.
     std::unique_ptr<GameIndex> savedIndex;
+    // The game's bytes in its file as last loaded or saved; a save in place first checks
+    // that they are still there.
+    TextFingerprint savedText;
 
   private:
     void NotifyPositionChanged();

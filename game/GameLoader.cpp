@@ -171,7 +171,9 @@ PgnOutcome LoadGame(Game& game, MessageOwner owner, std::int64_t offset, int sav
     }
     if (offset == -1) return PgnOutcome{kPgnNothingToLoad, {}};
     PgnLineReader reader(*file);
-    return LoadGame(game, reader, offset, saveMode);
+    PgnOutcome outcome = LoadGame(game, reader, offset, saveMode);
+    if (outcome.Ok()) game.savedText = FingerprintOf(*file, game.offset, game.endOffset);
+    return outcome;
 }
 
 PgnOutcome LoadGame(Game& game, PgnLineReader& reader, std::int64_t offset, int saveMode) {

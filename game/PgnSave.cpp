@@ -54,11 +54,15 @@ std::int32_t SaveWhole(Game& game, const std::u16string& path, MessageOwner owne
     std::unique_ptr<platform::File> file =
         fileSystem.Open(path, platform::OpenMode::WriteAlways, &error);
     if (!file) return ReportFailure(path, error, ownerWindow);
-    if ((error = PgnWriter(*file).WriteGame(game)) != 0)
+    std::int64_t written = 0;
+    if ((error = PgnWriter(*file).WriteGame(game)) != 0 ||
+        (error = file->Seek(0, platform::SeekOrigin::Current, &written)) != 0) {
         return ReportFailure(path, error, ownerWindow);
+    }
     file.reset();
     game.modified = 0;
     game.hasLocation = 1;
+    game.savedText = FingerprintOf(path, 0, static_cast<std::uint32_t>(written), fileSystem);
     return 0;
 }
 
@@ -98,7 +102,41 @@ std::int32_t SaveSpliced(Game& game, const std::u16string& path, MessageOwner ow
     game.endOffset = static_cast<std::uint32_t>(newEnd);
     game.hasLocation = 1;
     game.modified = 0;
+    game.savedText = FingerprintOf(path, game.offset, game.endOffset, fileSystem);
     return 0;
+}
+
+// Asks the primary observer for a target and appends the game there. Returns 0 when saved,
+// kSaveFailed when the save failed, 1 when the user cancelled the choice.
+std::int32_t SaveToChosenTarget(Game& game, MessageOwner ownerWindow,
+                                platform::FileSystem& fileSystem) {
+    std::u16string path;
+    GameView* observer = game.PrimaryObserver();
+    if (observer == nullptr || !observer->ChooseSaveTarget(&path)) return 1;
+    if (path.starts_with(u"\\\\")) path.erase(0, 1);
+    auto index = std::make_unique<GameIndex>(path.c_str());
+    const std::int32_t result = AppendTo(game, ownerWindow, *index, fileSystem);
+    game.savedIndex = std::move(index);
+    return result;
+}
+
+// Whether the game's text is still where it was loaded or last saved. A file that cannot be
+// read is left to the save itself to report.
+bool SavedTextIntact(const Game& game, platform::FileSystem& fileSystem) {
+    const TextFingerprint& saved = game.savedText;
+    if (!saved.known) return true;
+    const std::u16string path = PathOf(game);
+    if (!fileSystem.Exists(path)) return true;
+    return FingerprintOf(path, saved.start, saved.end, fileSystem) == saved;
+}
+
+// Shows the message that the save did not happen and returns 0; a result of 0 returns 1.
+int Outcome(std::int32_t result, MessageOwner ownerWindow) {
+    if (result != 0) {
+        ShowMessage(u"Unable to save game", u"An error occurred", MessageIcon::Error, ownerWindow);
+        return 0;
+    }
+    return 1;
 }
 
 }  // namespace
@@ -141,26 +179,31 @@ std::int32_t SaveInPlace(Game& game, MessageOwner ownerWindow, platform::FileSys
 }
 
 // Asks the primary observer for a target when the game has no location yet; a cancelled
-// choice returns 0 without a message.
+// choice returns 0 without a message. A game whose text another program changed since it was
+// loaded is never spliced blind: the user may save it elsewhere instead.
 int Save(Game& game, MessageOwner ownerWindow, platform::FileSystem& fileSystem) {
-    std::int32_t result = 0;
     if (!game.hasLocation) {
-        std::u16string path;
-        GameView* observer = game.PrimaryObserver();
-        if (observer == nullptr || !observer->ChooseSaveTarget(&path)) return 0;
-        if (path.starts_with(u"\\\\")) path.erase(0, 1);
-        auto index = std::make_unique<GameIndex>(path.c_str());
-        // The recent-file list takes the path here once it exists.
-        result = AppendTo(game, ownerWindow, *index, fileSystem);
-        game.savedIndex = std::move(index);
-    } else {
-        result = SaveInPlace(game, ownerWindow, fileSystem);
+        const std::int32_t result = SaveToChosenTarget(game, ownerWindow, fileSystem);
+        return result == 1 ? 0 : Outcome(result, ownerWindow);
     }
-    if (result != 0) {
-        ShowMessage(u"Unable to save game", u"An error occurred", MessageIcon::Error, ownerWindow);
-        return 0;
+    if (!SavedTextIntact(game, fileSystem)) {
+        const std::u16string text =
+            u"'" + PathOf(game) +
+            u"' has been changed by another program since the game was loaded. Saving in "
+            u"place could damage the games stored in it.\n\nDo you want to save the game in "
+            u"another file?";
+        const int answer =
+            GetUserMessages().Show(text, u"The file has been changed", MessageIcon::Warning,
+                                   MessageButtons::YesNo, ownerWindow);
+        if (answer != kAnswerYes) return 0;
+        return SaveAs(game, ownerWindow, fileSystem);
     }
-    return 1;
+    return Outcome(SaveInPlace(game, ownerWindow, fileSystem), ownerWindow);
+}
+
+int SaveAs(Game& game, MessageOwner ownerWindow, platform::FileSystem& fileSystem) {
+    const std::int32_t result = SaveToChosenTarget(game, ownerWindow, fileSystem);
+    return result == 1 ? 0 : Outcome(result, ownerWindow);
 }
 
 int PromptSave(Game& game, MessageOwner ownerWindow, platform::FileSystem& fileSystem) {

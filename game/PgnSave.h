@@ -23,9 +23,16 @@ std::int32_t AppendTo(Game& game, MessageOwner ownerWindow, GameIndex& gameFile,
 std::int32_t SaveInPlace(Game& game, MessageOwner ownerWindow,
                          platform::FileSystem& fileSystem = platform::SystemFileSystem());
 // Saves in place, or asks the primary observer for a target when the game has none yet and
-// appends it there. Returns 1 when saved; reports "Unable to save game" and returns 0 if not.
+// appends it there. Before saving in place it checks that the game's text in the file is still
+// what was loaded or last saved; if not, it offers to save elsewhere and never overwrites.
+// Returns 1 when saved; reports "Unable to save game" and returns 0 if a save failed, and
+// returns 0 quietly when the user cancelled.
 int Save(Game& game, MessageOwner ownerWindow,
          platform::FileSystem& fileSystem = platform::SystemFileSystem());
+// Asks the primary observer for a new target and appends the game there, which becomes its
+// file. Returns as Save does.
+int SaveAs(Game& game, MessageOwner ownerWindow,
+           platform::FileSystem& fileSystem = platform::SystemFileSystem());
 // Asks whether to save a modified game. Returns 1 to go on (saved or not), 0 to cancel.
 int PromptSave(Game& game, MessageOwner ownerWindow,
                platform::FileSystem& fileSystem = platform::SystemFileSystem());

@@ -14,6 +14,7 @@ namespace velmora {
 // Names recently used, oldest first, up to a fixed capacity.
 class RecentList {
   public:
+    explicit RecentList(int capacity = 0) : capacity_(capacity) {}
     // Reads the values "0", "1", ... of subkey (created when missing) until one is missing or
     // capacity names were read.
     bool Load(int capacity, const platform::RegistryKey& parent, const std::u16string& subkey);
@@ -64,10 +65,10 @@ class Settings {
     std::uint32_t databaseOption = 0;
     std::uint32_t checkAssoc = 1;
     std::uint32_t bitmapIndex = 0;
-    RecentList recentFiles;
-    RecentList recentPlayers;
-    RecentList recentEvents;
-    RecentList recentSites;
+    RecentList recentFiles{5};
+    RecentList recentPlayers{15};
+    RecentList recentEvents{5};
+    RecentList recentSites{5};
 
     // Asks the user whether to register the program for ".pgn" files (kAnswerYes or kAnswerNo);
     // set by the program, not stored.

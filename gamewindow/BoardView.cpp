@@ -5,11 +5,19 @@
 #include <cstdlib>
 #include <span>
 
+#include "core/MoveRules.h"
 #include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnSave.h"
 #include "gamewindow/ChooseMoveDialog.h"
+#include "gamewindow/CommentDialog.h"
 #include "gamewindow/CommentPane.h"
+#include "gamewindow/GameHeadersDialog.h"
+#include "gamewindow/MaterialDialog.h"
+#include "gamewindow/NewLineDialog.h"
+#include "gamewindow/PromotionDialog.h"
+#include "gamewindow/SaveTargetDialog.h"
+#include "gamewindow/SetupBoardDialog.h"
 #include "models/Settings.h"
 #include "resources/resource.h"
 #include "ui/AboutDialog.h"
@@ -36,7 +44,8 @@ constexpr pocketpc::ToolButton kToolbar[] = {{0, ID_SAVE_IF_MODIFIED}, {1, ID_ED
 
 }  // namespace
 
-BoardView::BoardView(Game& game) : DialogBase(IDD_GAME_WINDOW, 0, 0), game_(game) {
+BoardView::BoardView(Game& game)
+    : DialogBase(IDD_GAME_WINDOW, 0, 0), game_(game), entry_(game, *this, this) {
     game_.AddObserver(this, true);
     notation_.Attach(&game_);
 }
@@ -48,7 +57,11 @@ BoardView::~BoardView() {
 bool BoardView::Run(HWND parent, int initialMove) {
     initialMove_ = initialMove;
     exitCommand_ = 0;
+    // Pawns reaching the last rank ask this window which piece they become.
+    const PromotionChooser previousChooser = GetPromotionChooser();
+    SetPromotionChooser(&ChoosePromotionPiece);
     INT_PTR result = DoModal(parent);
+    SetPromotionChooser(previousChooser);
     if (exitCommand_ != 0) PostMessageW(parent, WM_COMMAND, static_cast<WPARAM>(exitCommand_), 0);
     return result != -1;
 }
@@ -201,6 +214,10 @@ INT_PTR BoardView::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_PAINT:
             Paint();
             return TRUE;
+        case WM_LBUTTONDOWN:
+            DialogBase::DialogProc(message, wParam, lParam);
+            Tap(static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam)));
+            return TRUE;
         case WM_MEASUREITEM: {
             auto* item = reinterpret_cast<MEASUREITEMSTRUCT*>(lParam);
             if (wParam != 0) break;
@@ -258,6 +275,32 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
         case ID_SAVE_IF_MODIFIED:
             if (game_.modified) Save(game_, OwnerOf(window_));
             return TRUE;
+        case ID_SAVE_AS:
+            SaveAs(game_, OwnerOf(window_));
+            return TRUE;
+        case ID_GAME_NEW_POSITION:
+            NewPosition();
+            return TRUE;
+        case ID_EDIT_HEADERS:
+            EditHeaders();
+            return TRUE;
+        case ID_NAG_POPUP:
+            ShowNagPopup();
+            return TRUE;
+        case ID_EDIT_COMMENT:
+            EditComment();
+            return TRUE;
+        case ID_PROMOTE_LINE:
+            PromoteLine();
+            return TRUE;
+        case ID_DELETE_MOVE:
+            DeleteMove();
+            return TRUE;
+        case ID_MATERIAL_BALANCE: {
+            MaterialDialog dialog(game_.Current()->Value());
+            dialog.DoModal(window_);
+            return TRUE;
+        }
         case ID_ABOUT:
             ShowAboutDialog(window_);
             return TRUE;
@@ -289,7 +332,15 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
             // saving first, or through closing it.
             return TRUE;
         default:
-            // Editing, engines, the clock and the board link come with their own windows.
+            if (id >= ID_NAG_NONE && id <= ID_NAG_DUBIOUS) {
+                SetGlyph((id + 188) & 255);
+                return TRUE;
+            }
+            if (id >= ID_EVAL_NONE && id <= ID_EVAL_BLACK_BETTER) {
+                SetEvaluation((id + 175) & 255);
+                return TRUE;
+            }
+            // Engines, the clock and the board link come with their own windows.
             return DialogBase::OnCommand(wParam, lParam);
     }
 }
@@ -301,6 +352,9 @@ void BoardView::OnMovePlayed(MoveNode* node, GameView*) {
 
 void BoardView::OnPositionChanged(Position* position) {
     if (!created_ || position == nullptr) return;
+    // A square selected on one position means nothing on another.
+    entry_.ClearSelection();
+    board_.ClearSelection();
     const char16_t* comment = position->Comment();
     SetCommentText(comment_, comment != nullptr ? Wide(comment) : nullptr);
     blinkPhase_ = 0;
@@ -319,13 +373,130 @@ MoveNode* BoardView::ChooseContinuation(MoveNode* first) {
 }
 
 int BoardView::QueryClose() {
-    if (game_.modified) {
-        int answer = MessageBoxW(window_, L"Do you want to save the game ?",
-                                 L"The game has been changed", MB_YESNOCANCEL);
-        if (answer == IDCANCEL) return 0;
-        if (answer == IDYES && !Save(game_, OwnerOf(window_))) return 0;
+    return PromptSave(game_, OwnerOf(window_));
+}
+
+int BoardView::EditHeaders() {
+    GameHeadersDialog dialog(game_);
+    return dialog.DoModal(window_) == 1 ? 1 : 0;
+}
+
+int BoardView::ChooseSaveTarget(std::u16string* path) {
+    SaveTargetDialog dialog;
+    return dialog.Run(window_, path) ? 1 : 0;
+}
+
+NewLineChoice BoardView::AskNewLine(Position& position, Move, MoveNode** replaced) {
+    NewLineDialog dialog(position);
+    dialog.DoModal(window_);
+    if (dialog.Choice() == NewLineChoice::Replace && dialog.Replaced() != nullptr) {
+        *replaced = dialog.Replaced();
     }
-    return 1;
+    return dialog.Choice();
+}
+
+// A tap on the board: selects a piece, or enters the move from the selected one.
+void BoardView::Tap(int x, int y) {
+    int file = 0;
+    int rank = 0;
+    if (!board_.SquareFromPoint(x, y, &file, &rank)) return;
+    const TapOutcome outcome = entry_.Tap(file + 8 * rank, window_);
+    switch (outcome) {
+        case TapOutcome::Selected:
+            board_.Select(file, rank);
+            board_.RefreshSelected(true, *game_.Current());
+            break;
+        case TapOutcome::Deselected:
+            board_.RefreshSelected(false, *game_.Current());
+            board_.ClearSelection();
+            break;
+        case TapOutcome::Ignored:
+        case TapOutcome::KeptSelection:
+            break;
+        case TapOutcome::FollowedLine:
+        case TapOutcome::Played:
+            board_.ClearSelection();
+            InvalidateRect(window_, nullptr, FALSE);
+            break;
+        case TapOutcome::AddedLine:
+        case TapOutcome::ReplacedLine:
+        case TapOutcome::Cancelled:
+            board_.ClearSelection();
+            InvalidateRect(window_, nullptr, FALSE);
+            SetForegroundWindow(window_);
+            break;
+    }
+}
+
+// Sets the glyph of the move that led to the current position; the start has none.
+void BoardView::SetGlyph(int nag) {
+    MoveNode* node = game_.Current()->ArrivalNode();
+    if (node == nullptr) return;
+    node->nag = static_cast<std::uint8_t>(nag);
+    game_.modified = 1;
+    InvalidateRect(window_, nullptr, FALSE);
+    notation_.RefreshRow(node, true);
+}
+
+// Stores the evaluation symbol of the current position: 11 for "(none)", kept so although
+// a position read from a file without one holds 0.
+void BoardView::SetEvaluation(int evaluation) {
+    game_.Current()->Value().evaluation = static_cast<std::uint8_t>(evaluation);
+    game_.modified = 1;
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
+// Opens the glyph menu where the tap that asked for it was, above and centred on it.
+void BoardView::ShowNagPopup() {
+    if (App().drawing == nullptr || App().drawing->nagPopup == nullptr) return;
+    const DWORD where = GetMessagePos();
+    TrackPopupMenu(App().drawing->nagPopup, TPM_BOTTOMALIGN | TPM_CENTERALIGN,
+                   static_cast<short>(LOWORD(where)), static_cast<short>(HIWORD(where)), 0, window_,
+                   nullptr);
+}
+
+void BoardView::PromoteLine() {
+    MoveNode* node = game_.Current()->ArrivalNode();
+    if (node == nullptr) return;
+    node->PromoteLine();
+    notation_.Rebuild(node);
+    game_.modified = 1;
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
+// Deletes the move that led to the current position with all that follows it, and goes to
+// the position before it.
+void BoardView::DeleteMove() {
+    MoveNode* node = game_.Current()->ArrivalNode();
+    if (node == nullptr) return;
+    Position* before = node->positionBefore;
+    node->UnlinkNode();
+    game_.SetCurrent(before);
+    notation_.Rebuild(before->ArrivalNode());
+    delete node;
+    game_.modified = 1;
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
+void BoardView::EditComment() {
+    Position* position = game_.Current();
+    CommentDialog dialog(*position);
+    if (dialog.DoModal(window_) != 1) return;
+    game_.modified = 1;
+    const char16_t* comment = position->Comment();
+    SetCommentText(comment_, comment != nullptr ? Wide(comment) : nullptr);
+    if (MoveNode* node = position->ArrivalNode()) notation_.RefreshRow(node, true);
+}
+
+// Sets up a new game on the board editor; on OK the window ends and hands it over.
+void BoardView::NewPosition() {
+    if (!QueryClose()) return;
+    auto game = std::make_unique<Game>();
+    SetupBoardDialog dialog(*game, game_.Current(), false);
+    if (dialog.DoModal(window_) != 1) return;
+    newGame_ = std::move(game);
+    exitCommand_ = ID_SHOW_GAME_AGAIN;
+    EndDialog(window_, 1);
 }
 
 }  // namespace velmora

@@ -4,15 +4,18 @@
 
 #include <windows.h>
 
+#include <memory>
+
 #include "game/Game.h"
 #include "gamewindow/BoardRenderer.h"
 #include "gamewindow/NotationView.h"
 #include "models/BoardLayout.h"
+#include "models/MoveEntry.h"
 #include "ui/DialogBase.h"
 
 namespace velmora {
 
-class BoardView : public DialogBase, public GameView {
+class BoardView : public DialogBase, public GameView, private MoveEntryHost {
   public:
     static constexpr int kNotationId = 2000;
     static constexpr int kCommentId = 2001;
@@ -33,9 +36,13 @@ class BoardView : public DialogBase, public GameView {
     void OnPositionChanged(Position* position) override;
     void Refresh() override;
     MoveNode* ChooseContinuation(MoveNode* first) override;
-    int EditHeaders() override { return 0; }
-    int ChooseSaveTarget(std::u16string*) override { return 0; }
+    int EditHeaders() override;
+    int ChooseSaveTarget(std::u16string* path) override;
     int QueryClose() override;
+
+    // The game set up with "New Position...", which the window hands to the main window
+    // (exit command 1064); null when there is none.
+    std::unique_ptr<Game> TakeNewGame() { return std::move(newGame_); }
 
     // For tests: the parts of the window.
     NotationView& Notation() { return notation_; }
@@ -43,6 +50,7 @@ class BoardView : public DialogBase, public GameView {
     HWND CommentPane() const { return comment_; }
     const BoardLayout& Layout() const { return layout_; }
     int ExitCommand() const { return exitCommand_; }
+    const MoveEntry& Entry() const { return entry_; }
 
   private:
     void ComputeLayout();
@@ -52,6 +60,15 @@ class BoardView : public DialogBase, public GameView {
     void DrawIndicator(HDC dc);
     void MakeEvaluationItemsOwnerDrawn();
     void EndWith(int exitCommand);
+    NewLineChoice AskNewLine(Position& position, Move move, MoveNode** replaced) override;
+    void Tap(int x, int y);
+    void SetGlyph(int nag);
+    void SetEvaluation(int evaluation);
+    void ShowNagPopup();
+    void PromoteLine();
+    void DeleteMove();
+    void EditComment();
+    void NewPosition();
 
     int exitCommand_ = 0;
     Game& game_;
@@ -69,6 +86,8 @@ class BoardView : public DialogBase, public GameView {
     int blinkPhase_ = 0;
     HMENU engineMenu_ = nullptr;
     int initialMove_ = 0;
+    MoveEntry entry_;
+    std::unique_ptr<Game> newGame_;
 };
 
 }  // namespace velmora

@@ -79,6 +79,50 @@
     "and analyses with engine plug-ins, keeps a chess clock, and talks to UCB and Star "        \
     "Diamond electronic chessboards.\n\nMade by Trelvik."
 
+// Comment editor (107) and material balance (109)
+#define TXT_COMMENT_TITLE "Comment"
+#define TXT_MATERIAL_TITLE "Material Balance"
+#define TXT_STILL_ON_BOARD "Still on board"
+#define TXT_TAKEN "Taken"
+
+// Board editor (112, 151)
+#define TXT_SETUP_TITLE "Setup board"
+#define TXT_SETUP_CLEAR "Clear"
+#define TXT_SETUP_COPY "Copy board"
+#define TXT_CASTLE_WHITE_KING "Wh. O-O OK"
+#define TXT_CASTLE_WHITE_QUEEN "Wh. O-O-O OK"
+#define TXT_CASTLE_BLACK_KING "Bl. O-O OK"
+#define TXT_CASTLE_BLACK_QUEEN "Bl. O-O-O OK"
+#define TXT_WHITE_TO_PLAY "White to play"
+#define TXT_BLACK_TO_PLAY "Black to play"
+#define TXT_MOVE_NUMBER "Move # :"
+
+// Game headers (138, 150) and tags (140)
+#define TXT_HEADERS_TITLE "Game headers"
+#define TXT_LABEL_WHITE "&White :"
+#define TXT_LABEL_BLACK "&Black :"
+#define TXT_LABEL_SITE "&Site :"
+#define TXT_LABEL_EVENT "&Event :"
+#define TXT_LABEL_ROUND "&Round :"
+#define TXT_LABEL_DATE "&Date :"
+#define TXT_LABEL_RESULT "Result :"
+#define TXT_RESULT_WHITE_WINS "&1-0"
+#define TXT_RESULT_DRAW "1/&2-1/2"
+#define TXT_RESULT_BLACK_WINS "&0-1"
+#define TXT_RESULT_LINE "L&ine"
+#define TXT_HEADER_MORE "&More..."
+#define TXT_TAGS_TITLE "Tags"
+#define TXT_TAG_NAME "Tag :"
+#define TXT_TAG_VALUE "Value :"
+#define TXT_TAG_SET "Set"
+#define TXT_TAG_DELETE "Del"
+
+// Save target (145)
+#define TXT_SAVE_TARGET_TITLE "Save game"
+#define TXT_TARGET_NEW_FILE "Create new file"
+#define TXT_TARGET_RECENT "Append to <file0>"
+#define TXT_TARGET_OTHER_FILE "Append to another file"
+
 // String table
 #define TXT_S_CAPTION "Velmora 2.0"
 #define TXT_S_CANNOT_OPEN_FILE "Unable to open file"

@@ -79,6 +79,50 @@
     "recherches. Il joue et analyse avec des moteurs externes, tient une pendule d'échecs et "    \
     "dialogue avec les échiquiers électroniques UCB et Star Diamond.\n\nRéalisé par Trelvik."
 
+// Comment editor (107) and material balance (109)
+#define TXT_COMMENT_TITLE "Commentaire"
+#define TXT_MATERIAL_TITLE "Bilan matériel"
+#define TXT_STILL_ON_BOARD "Encore sur l'échiquier"
+#define TXT_TAKEN "Pris"
+
+// Board editor (112, 151)
+#define TXT_SETUP_TITLE "Position"
+#define TXT_SETUP_CLEAR "Vider"
+#define TXT_SETUP_COPY "Copier"
+#define TXT_CASTLE_WHITE_KING "Bl. O-O OK"
+#define TXT_CASTLE_WHITE_QUEEN "Bl. O-O-O OK"
+#define TXT_CASTLE_BLACK_KING "N. O-O OK"
+#define TXT_CASTLE_BLACK_QUEEN "N. O-O-O OK"
+#define TXT_WHITE_TO_PLAY "Trait aux blancs"
+#define TXT_BLACK_TO_PLAY "Trait aux noirs"
+#define TXT_MOVE_NUMBER "Coup n° :"
+
+// Game headers (138, 150) and tags (140)
+#define TXT_HEADERS_TITLE "En-têtes"
+#define TXT_LABEL_WHITE "&Blancs :"
+#define TXT_LABEL_BLACK "&Noirs :"
+#define TXT_LABEL_SITE "&Lieu :"
+#define TXT_LABEL_EVENT "&Tournoi :"
+#define TXT_LABEL_ROUND "&Ronde :"
+#define TXT_LABEL_DATE "&Date :"
+#define TXT_LABEL_RESULT "Résultat :"
+#define TXT_RESULT_WHITE_WINS "&1-0"
+#define TXT_RESULT_DRAW "1/&2-1/2"
+#define TXT_RESULT_BLACK_WINS "&0-1"
+#define TXT_RESULT_LINE "&Variante"
+#define TXT_HEADER_MORE "&Plus..."
+#define TXT_TAGS_TITLE "Balises"
+#define TXT_TAG_NAME "Balise :"
+#define TXT_TAG_VALUE "Valeur :"
+#define TXT_TAG_SET "Poser"
+#define TXT_TAG_DELETE "Suppr."
+
+// Save target (145)
+#define TXT_SAVE_TARGET_TITLE "Enregistrer la partie"
+#define TXT_TARGET_NEW_FILE "Créer un nouveau fichier"
+#define TXT_TARGET_RECENT "Ajouter à <file0>"
+#define TXT_TARGET_OTHER_FILE "Ajouter à un autre fichier"
+
 // String table
 #define TXT_S_CAPTION "Velmora 2.0"
 #define TXT_S_CANNOT_OPEN_FILE "Impossible d'ouvrir le fichier"

@@ -3,6 +3,7 @@
 
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
+#include "gamewindow/SetupBoardDialog.h"
 #include "models/Settings.h"
 #include "resources/resource.h"
 #include "shell/GameListDialog.h"
@@ -219,10 +220,20 @@ void MainWindow::OnFileChosen(const wchar_t* path) {
     ShowGameWindow();
 }
 
+// Runs the game window on the current game. A game it hands over ("New Position...")
+// becomes the current one once the window is gone; its exit command shows it.
 void MainWindow::ShowGameWindow() {
     if (game_ == nullptr) return;
-    BoardView view(*game_);
-    view.Run(window_, 0);
+    std::unique_ptr<Game> handedOver;
+    {
+        BoardView view(*game_);
+        view.Run(window_, 0);
+        handedOver = view.TakeNewGame();
+    }
+    if (handedOver != nullptr) {
+        game_ = std::move(handedOver);
+        index_ = 0;
+    }
 }
 
 void MainWindow::OnCommand(int id) {
@@ -232,6 +243,16 @@ void MainWindow::OnCommand(int id) {
             index_ = 0;
             ShowGameWindow();
             break;
+        case ID_NEW_POSITION: {
+            auto game = std::make_unique<Game>();
+            SetupBoardDialog setup(*game, nullptr, false);
+            if (setup.DoModal(window_) == 1) {
+                game_ = std::move(game);
+                index_ = 0;
+                ShowGameWindow();
+            }
+            break;
+        }
         case ID_SHOW_GAME_AGAIN:
             ShowGameWindow();
             break;
@@ -268,7 +289,7 @@ void MainWindow::OnCommand(int id) {
             }
             break;
         default:
-            // New position, search, import and the options come with their own dialogs.
+            // Search, import and the options come with their own dialogs.
             break;
     }
 }

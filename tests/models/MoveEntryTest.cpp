@@ -1,0 +1,230 @@
+// Moves entered by taps: what may be selected, the promotion piece, and where the move goes in
+// the tree, with what the host is asked and what each view is told.
+#include "models/MoveEntry.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/MoveRules.h"
+#include "game/Game.h"
+#include "game/MoveTree.h"
+#include "tests/core/TestBoards.h"
+
+namespace velmora {
+namespace {
+
+using testing::Sq;
+
+std::string MoveName(int from, int to, int promotion) {
+    std::string name{static_cast<char>('a' + FileOf(from)), static_cast<char>('1' + RankOf(from)),
+                     static_cast<char>('a' + FileOf(to)), static_cast<char>('1' + RankOf(to))};
+    if (const char letter = LetterFromType(promotion)) name += letter;
+    return name;
+}
+std::string Text(const MoveNode* node) {
+    return MoveName(node->from, node->to, node->promotion);
+}
+// The moves from position, main line first: "e2e4 d2d4".
+std::string Continuations(const Position& position) {
+    std::string text;
+    for (const MoveNode* node = position.FirstContinuation(); node; node = node->nextAlternative)
+        text += (text.empty() ? "" : " ") + Text(node);
+    return text;
+}
+
+using Calls = std::vector<std::string>;
+
+struct View final : GameView {
+    explicit View(const char* viewName) : name(viewName) {}
+    void OnMovePlayed(MoveNode* node, GameView* sender) override {
+        Call("played " + Text(node) + (sender ? " from " + static_cast<View*>(sender)->name : ""));
+    }
+    void OnPositionChanged(Position*) override { Call("position"); }
+    void Refresh() override { Call("refresh"); }
+    MoveNode* ChooseContinuation(MoveNode* first) override { return first; }
+    int EditHeaders() override { return 0; }
+    int ChooseSaveTarget(std::u16string*) override { return 0; }
+    int QueryClose() override { return 1; }
+    void Call(const std::string& call) { calls += (calls.empty() ? "" : "; ") + call; }
+    std::string name;
+    std::string calls;  // "played e2e4; position"
+};
+
+struct Host final : MoveEntryHost {
+    NewLineChoice AskNewLine(Position& position, Move move, MoveNode** replaced) override {
+        asked.push_back(MoveName(move.from, move.to, move.promotion));
+        askedAbout = &position;
+        if (pick != nullptr) *replaced = pick;
+        return answer;
+    }
+    NewLineChoice answer = NewLineChoice::Cancel;
+    MoveNode* pick = nullptr;  // the continuation to replace; null keeps the one offered
+    Calls asked;
+    Position* askedAbout = nullptr;
+};
+
+int ChooseFromContext(void* context) {
+    return *static_cast<int*>(context);
+}
+
+// A game shown by the window (its primary view) and a notation view, with the tap entry.
+struct Table {
+    // Sets up the start position and hangs lines "e2e4 e7e5, d2d4" into the tree, the first as
+    // the main line and the others as its variations, without telling anyone.
+    explicit Table(const std::string& lines, const char* board = testing::kStartText) {
+        EXPECT_TRUE(game.StartPosition().SetFromText(
+            std::u16string(board, board + std::char_traits<char>::length(board)).c_str()));
+        for (const auto& line : testing::Cases(lines)) {
+            Position* position = &game.StartPosition();
+            for (const std::string& word : line) {
+                const Move move = testing::MoveOf(word);
+                position = position->PlayMove(move.from, move.to, nullptr, move.promotion, nullptr);
+                EXPECT_NE(position, nullptr) << word;
+            }
+        }
+        game.AddObserver(&window, true);
+        game.AddObserver(&notation, false);
+    }
+    ~Table() { SetPromotionChooser(nullptr); }
+    TapOutcome Enter(const char* move, void* context = nullptr) {
+        EXPECT_EQ(entry.Tap(Sq(move), context), TapOutcome::Selected) << move;
+        return entry.Tap(Sq(move + 2), context);
+    }
+
+    Game game;
+    View window{"window"}, notation{"notation"};
+    Host host;
+    MoveEntry entry{game, host, &window};
+};
+
+// Each case lists squares tapped first, with 1 where the tap selects and 0 where it is ignored.
+TEST(MoveEntry, SelectsOnlyAPieceOfTheSideToMoveThatTheUserPlays) {
+    const char* afterE4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1";
+    const struct {
+        const char* board;
+        bool playsWhite, playsBlack;
+        const char* taps;
+    } cases[] = {{testing::kStartText, true, true, "e2 1, g1 1, e4 0, e7 0"},
+                 {testing::kStartText, false, true, "e2 0, e7 0"},
+                 {afterE4, true, false, "e7 0, e4 0"},
+                 {afterE4, false, true, "e7 1, e4 0, e1 0"}};
+    for (const auto& c : cases) {
+        for (const auto& tap : testing::Cases(c.taps)) {
+            SCOPED_TRACE(std::string(c.board) + " " + tap[0]);
+            Table table("", c.board);
+            table.entry.userPlaysWhite = c.playsWhite;
+            table.entry.userPlaysBlack = c.playsBlack;
+            const bool selects = tap[1] == "1";
+            EXPECT_EQ(table.entry.Tap(Sq(tap[0].c_str()), nullptr),
+                      selects ? TapOutcome::Selected : TapOutcome::Ignored);
+            EXPECT_EQ(table.entry.Selected(), selects ? Sq(tap[0].c_str()) : kNoSquare);
+        }
+    }
+}
+
+TEST(MoveEntry, SameSquareDeselectsAndAnIllegalTargetKeepsTheSelection) {
+    Table table("");
+    MoveEntry& entry = table.entry;
+    EXPECT_EQ(entry.Tap(-1, nullptr), TapOutcome::Ignored);
+    EXPECT_EQ(entry.Tap(64, nullptr), TapOutcome::Ignored);
+    EXPECT_EQ(entry.Tap(Sq("e2"), nullptr), TapOutcome::Selected);
+    EXPECT_EQ(entry.Tap(Sq("e2"), nullptr), TapOutcome::Deselected);
+    EXPECT_EQ(entry.Selected(), kNoSquare);
+    EXPECT_EQ(entry.Tap(Sq("g1"), nullptr), TapOutcome::Selected);
+    EXPECT_EQ(entry.Tap(Sq("g4"), nullptr), TapOutcome::KeptSelection);
+    EXPECT_EQ(entry.Tap(Sq("e2"), nullptr), TapOutcome::KeptSelection);  // own piece
+    EXPECT_EQ(entry.Tap(64, nullptr), TapOutcome::Ignored);
+    EXPECT_EQ(entry.Selected(), Sq("g1"));
+    EXPECT_EQ(table.game.modified, 0);
+    EXPECT_EQ(table.window.calls + table.notation.calls, "");
+    EXPECT_EQ(entry.Tap(Sq("f3"), nullptr), TapOutcome::Played);
+    EXPECT_EQ(entry.Selected(), kNoSquare);
+}
+
+// The promotion piece comes from the chooser, given the caller's context; the queen when there
+// is no chooser or it gives no type from rook to queen. Only a continuation promoting to the
+// same piece is followed.
+TEST(MoveEntry, PromotionPieceFromTheChooser) {
+    const struct {
+        bool withChooser;
+        int answer;
+        const char* continuations;
+        TapOutcome outcome;
+    } cases[] = {{false, 3, "a7a8q", TapOutcome::FollowedLine},
+                 {true, 0, "a7a8q", TapOutcome::FollowedLine},
+                 {true, 6, "a7a8q", TapOutcome::FollowedLine},
+                 {true, -1, "a7a8q", TapOutcome::FollowedLine},
+                 {true, 3, "a7a8q a7a8n", TapOutcome::AddedLine},
+                 {true, 2, "a7a8q a7a8r", TapOutcome::AddedLine},
+                 {true, 4, "a7a8q a7a8b", TapOutcome::AddedLine}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.answer) + (c.withChooser ? " chosen" : " no chooser"));
+        Table table("a7a8q", "4k3/P7/8/8/8/8/8/4K3 w - - 0 1");
+        table.host.answer = NewLineChoice::Add;
+        SetPromotionChooser(c.withChooser ? ChooseFromContext : nullptr);
+        int answer = c.answer;
+        EXPECT_EQ(table.Enter("a7a8", &answer), c.outcome);
+        EXPECT_EQ(Continuations(table.game.StartPosition()), c.continuations);
+        const std::string played = Text(table.game.Current()->ArrivalNode());
+        EXPECT_EQ(table.game.Current()->GetSquare(Sq("a8")), TypeFromLetter(played[4]));
+        EXPECT_EQ(table.host.asked, c.outcome == TapOutcome::AddedLine ? Calls{played} : Calls{});
+    }
+}
+
+// Where a move goes: an existing continuation is only followed; at the end of a line the move
+// is played and every view told, the window too; otherwise the host decides. An added line is
+// told to the other views as coming from the window; after a replacement (of the main line
+// unless the host picks another) the other views rebuild what they show.
+TEST(MoveEntry, TheMovesPlaceInTheTreeAndWhatTheViewsAreTold) {
+    using enum NewLineChoice;
+    const struct {
+        const char* lines;
+        NewLineChoice answer;
+        int pick;  // the continuation the host picks to replace, -1 for the one offered
+        const char* move;
+        TapOutcome outcome;
+        const char* continuations;
+        const char *window, *notation;
+    } cases[] = {{"", Cancel, -1, "e2e4", TapOutcome::Played, "e2e4", "played e2e4", "played e2e4"},
+                 {"e2e4, d2d4", Cancel, -1, "d2d4", TapOutcome::FollowedLine, "e2e4 d2d4",
+                  "position", "position"},
+                 {"e2e4 e7e5", Add, -1, "d2d4", TapOutcome::AddedLine, "e2e4 d2d4", "position",
+                  "played d2d4 from window; position"},
+                 {"e2e4 e7e5, c2c4, g1f3", Replace, 1, "d2d4", TapOutcome::ReplacedLine,
+                  "e2e4 d2d4 g1f3", "position", "refresh; position"},
+                 {"e2e4 e7e5, c2c4", Replace, -1, "d2d4", TapOutcome::ReplacedLine, "d2d4 c2c4",
+                  "position", "refresh; position"},
+                 {"e2e4", Cancel, -1, "d2d4", TapOutcome::Cancelled, "e2e4", "", ""}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.lines) + " then " + c.move);
+        Table table(c.lines);
+        Position& start = table.game.StartPosition();
+        table.host.answer = c.answer;
+        int index = 0;
+        for (MoveNode* node = start.FirstContinuation(); node; node = node->nextAlternative) {
+            if (index++ == c.pick) table.host.pick = node;
+        }
+        EXPECT_EQ(table.Enter(c.move), c.outcome);
+        EXPECT_EQ(table.entry.Selected(), kNoSquare);
+        EXPECT_EQ(Continuations(start), c.continuations);
+        EXPECT_EQ(table.window.calls, c.window);
+        EXPECT_EQ(table.notation.calls, c.notation);
+        const bool kept =
+            c.outcome == TapOutcome::FollowedLine || c.outcome == TapOutcome::Cancelled;
+        EXPECT_EQ(table.game.modified, kept ? 0 : 1);
+        const bool asked = c.answer != NewLineChoice::Cancel || c.outcome == TapOutcome::Cancelled;
+        EXPECT_EQ(table.host.asked, asked ? Calls{c.move} : Calls{});
+        EXPECT_EQ(table.host.askedAbout, asked ? &start : nullptr);
+        if (c.outcome == TapOutcome::Cancelled) {
+            EXPECT_EQ(table.game.Current(), &start);
+        } else {
+            EXPECT_EQ(Text(table.game.Current()->ArrivalNode()), c.move);
+            EXPECT_EQ(table.game.Current()->PreviousPosition(), &start);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,435 @@
+// Editing and saving games in Velmora20.exe itself, driven across processes with the messages
+// that taps and commands send: moves by taps with new lines and a promotion, glyphs,
+// evaluations, comments, headers and tags, Save as into a new file read back with velmora-pgn,
+// appending through the recent files, and saving in place inside a file of three games, also
+// after another program changed it.
+#include "win32/ProgramDriver.h"
+
+#include <commctrl.h>
+
+#include "models/BoardLayout.h"
+#include "resources/resource.h"
+
+namespace velmora::e2e {
+namespace {
+
+constexpr int kNotationId = 2000;
+
+// The game window: a dialog of the program holding the notation list.
+HWND GameWindowOf(DWORD processId) {
+    return VisibleWindow(kDialogClass, processId,
+                         [](HWND window) { return GetDlgItem(window, kNotationId) != nullptr; });
+}
+
+HWND DialogTitled(DWORD processId, const std::wstring& title) {
+    return VisibleWindow(kDialogClass, processId,
+                         [&](HWND window) { return WindowText(window) == title; });
+}
+
+HWND DialogWithControl(DWORD processId, int id) {
+    return VisibleWindow(kDialogClass, processId,
+                         [&](HWND window) { return GetDlgItem(window, id) != nullptr; });
+}
+
+std::vector<std::wstring> NotationRows(HWND gameWindow) {
+    HWND list = GetDlgItem(gameWindow, kNotationId);
+    std::vector<std::wstring> rows;
+    DWORD_PTR count = 0;
+    SendMessageTimeoutW(list, LB_GETCOUNT, 0, 0, SMTO_ABORTIFHUNG, 5000, &count);
+    for (DWORD_PTR row = 0; row < count; ++row) {
+        wchar_t text[128] = {};
+        DWORD_PTR ignored = 0;
+        SendMessageTimeoutW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
+                            5000, &ignored);
+        rows.push_back(text);
+    }
+    return rows;
+}
+
+// Where a square's centre lies in the game window, from the same layout the window uses.
+POINT SquareOnBoard(HWND gameWindow, const char* square) {
+    RECT client{};
+    GetClientRect(gameWindow, &client);
+    BoardLayoutInput input;
+    input.clientWidth = client.right;
+    input.clientHeight = client.bottom;
+    const Point centre =
+        SquareCentre(ComputeBoardLayout(input).Placement(false), square[0] - 'a', square[1] - '1');
+    return {centre.x, centre.y};
+}
+
+void Tap(HWND window, POINT point) {
+    PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(point.x, point.y));
+    PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(point.x, point.y));
+}
+
+// A tap on the board editor's own board (19-pixel squares from 3, 3).
+POINT SquareOnSetupBoard(const char* square) {
+    return {3 + 19 * (square[0] - 'a') + 9, 3 + 19 * (7 - (square[1] - '1')) + 9};
+}
+
+// Presses and releases the left button at a point of the screen, as a person's tap does.
+void ClickAt(int x, int y) {
+    INPUT inputs[3] = {};
+    const int width = GetSystemMetrics(SM_CXSCREEN);
+    const int height = GetSystemMetrics(SM_CYSCREEN);
+    inputs[0].type = INPUT_MOUSE;
+    inputs[0].mi.dx = (x * 65536 + width / 2) / width;
+    inputs[0].mi.dy = (y * 65536 + height / 2) / height;
+    inputs[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    inputs[1].type = INPUT_MOUSE;
+    inputs[1].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    inputs[2].type = INPUT_MOUSE;
+    inputs[2].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    SendInput(3, inputs, sizeof(INPUT));
+}
+
+void Command(HWND window, int id) {
+    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
+}
+
+std::string ReadBytes(const std::wstring& path) {
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return {};
+    std::string bytes;
+    char block[4096];
+    DWORD got = 0;
+    while (ReadFile(file, block, sizeof block, &got, nullptr) && got > 0)
+        bytes.append(block, got);
+    CloseHandle(file);
+    return bytes;
+}
+
+void WriteBytes(const std::wstring& path, const std::string& bytes) {
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    DWORD written = 0;
+    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    CloseHandle(file);
+}
+
+// Runs velmora-pgn with arguments and returns what it printed.
+std::string RunPgnTool(const std::wstring& arguments) {
+    SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+    HANDLE readEnd = nullptr;
+    HANDLE writeEnd = nullptr;
+    if (!CreatePipe(&readEnd, &writeEnd, &inherit, 0)) return "<no pipe>";
+    SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = writeEnd;
+    startup.hStdError = writeEnd;
+    PROCESS_INFORMATION info{};
+    const std::wstring tool = WindowsPath(VELMORA_PGN_TOOL);
+    std::wstring commandLine = L"\"" + tool + L"\" " + arguments;
+    const BOOL started = CreateProcessW(tool.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0,
+                                        nullptr, nullptr, &startup, &info);
+    CloseHandle(writeEnd);
+    std::string output;
+    if (started) {
+        char block[4096];
+        DWORD got = 0;
+        while (ReadFile(readEnd, block, sizeof block, &got, nullptr) && got > 0)
+            output.append(block, got);
+        WaitForSingleObject(info.hProcess, 10000);
+        CloseHandle(info.hProcess);
+        CloseHandle(info.hThread);
+    } else {
+        output = "<velmora-pgn did not start>";
+    }
+    CloseHandle(readEnd);
+    return output;
+}
+
+class EditingEndToEnd : public EndToEnd {
+  protected:
+    void TearDown() override {
+        for (const std::wstring& path : created_)
+            DeleteFileW(path.c_str());
+        EndToEnd::TearDown();
+    }
+
+    // Waits until what returns true, the time is up or the process has ended.
+    bool WaitUntil(const Started& process, const std::function<bool()>& what) {
+        HWND any = GetDesktopWindow();  // stands for "done": WaitFor waits for a window
+        return WaitFor(process, [&] { return what() ? any : nullptr; }) != nullptr;
+    }
+
+    // Taps from and to on the game window, then waits for the notation list to hold rows.
+    void PlayByTaps(const Started& process, HWND game, const char* from, const char* to,
+                    size_t rows) {
+        Tap(game, SquareOnBoard(game, from));
+        Tap(game, SquareOnBoard(game, to));
+        EXPECT_TRUE(WaitUntil(process, [&] { return NotationRows(game).size() == rows; }))
+            << from << "-" << to << ": " << testing::PrintToString(NotationRows(game));
+    }
+
+    // Waits for a message box titled caption, returns its text and answers it.
+    std::wstring Answer(const Started& process, const wchar_t* caption, int answer,
+                        const wchar_t* photo = nullptr) {
+        // The board editor shares its title with its warning: the box is the one without it.
+        HWND box = WaitFor(process, [&] {
+            return VisibleWindow(kDialogClass, process.id, [&](HWND window) {
+                return WindowText(window) == caption &&
+                       GetDlgItem(window, IDC_SETUP_COPY) == nullptr;
+            });
+        });
+        if (box == nullptr) {
+            ADD_FAILURE() << "no message box " << testing::PrintToString(std::wstring(caption));
+            return {};
+        }
+        const std::wstring text = MessageText(box);
+        if (photo != nullptr) Photograph(box, photo);
+        PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+        WaitUntil(process, [&] { return !IsWindow(box) || !IsWindowVisible(box); });
+        return text;
+    }
+
+    // Chooses "Create new file" in the save-target dialog and types path into the picker.
+    void SaveIntoNewFile(const Started& process, const std::wstring& path) {
+        HWND target = WaitFor(process, [&] { return DialogWithControl(process.id, 1003); });
+        ASSERT_NE(target, nullptr) << "no save-target dialog";
+        Photograph(target, L"e2e-save-target");
+        Command(target, IDC_TARGET_NEW_FILE);
+        // The picker's file name box: the explorer style's combo box or the old style's edit.
+        HWND picker = WaitFor(process, [&] {
+            HWND found = DialogWithControl(process.id, 0x47C);
+            return found != nullptr ? found : DialogWithControl(process.id, 0x480);
+        });
+        ASSERT_NE(picker, nullptr) << "no file picker";
+        HWND name = GetDlgItem(picker, 0x47C) != nullptr ? GetDlgItem(picker, 0x47C)
+                                                         : GetDlgItem(picker, 0x480);
+        DWORD_PTR ignored = 0;
+        SendMessageTimeoutW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()),
+                            SMTO_ABORTIFHUNG, 5000, &ignored);
+        Command(picker, IDOK);
+        created_.push_back(path);
+    }
+
+    std::vector<std::wstring> created_;
+};
+
+TEST_F(EditingEndToEnd, EntersAndAnnotatesAGameSavesItAsANewFileAndAppendsASecond) {
+    Started program = Start();
+    HWND main = WaitForMainWindow(program, true);
+    ASSERT_NE(main, nullptr);
+    Command(main, ID_NEW_GAME);
+    HWND game = WaitFor(program, [&] { return GameWindowOf(program.id); });
+    ASSERT_NE(game, nullptr) << "no game window for a new game";
+
+    PlayByTaps(program, game, "e2", "e4", 2);
+    Tap(game, SquareOnBoard(game, "e2"));  // an empty square: nothing is selected
+    PlayByTaps(program, game, "e7", "e5", 3);
+    PlayByTaps(program, game, "g1", "f3", 4);
+    PlayByTaps(program, game, "b8", "c6", 5);
+    EXPECT_EQ(NotationRows(game),
+              (std::vector<std::wstring>{L"   ", L"1. e4", L"1... e5", L"2. Nf3", L"2... Nc6"}));
+
+    // Back to 1... e5: 2. Bc4 is a new line, added as a variation.
+    Command(game, ID_PREVIOUS_MOVE);
+    Command(game, ID_PREVIOUS_MOVE);
+    Tap(game, SquareOnBoard(game, "f1"));
+    Tap(game, SquareOnBoard(game, "c4"));
+    HWND newLine = WaitFor(program, [&] { return DialogTitled(program.id, L"New line"); });
+    ASSERT_NE(newLine, nullptr) << "no New line dialog";
+    Photograph(newLine, L"e2e-new-line");
+    Command(newLine, IDC_NEW_LINE_ADD);
+    EXPECT_TRUE(WaitUntil(program, [&] { return NotationRows(game).size() == 6; }));
+    EXPECT_EQ(NotationRows(game)[4], L"  (2. Bc4)");
+
+    // Back again: 2. Nc3 replaces the variation 2. Bc4, picked in the list.
+    Command(game, ID_PREVIOUS_MOVE);
+    Tap(game, SquareOnBoard(game, "b1"));
+    Tap(game, SquareOnBoard(game, "c3"));
+    newLine = WaitFor(program, [&] { return DialogTitled(program.id, L"New line"); });
+    ASSERT_NE(newLine, nullptr);
+    DWORD_PTR ignored = 0;
+    SendMessageTimeoutW(GetDlgItem(newLine, IDC_OTHER_MOVES), LB_SETCURSEL, 1, 0, SMTO_ABORTIFHUNG,
+                        5000, &ignored);
+    Command(newLine, IDC_NEW_LINE_REPLACE);
+    EXPECT_TRUE(WaitUntil(program, [&] {
+        const auto rows = NotationRows(game);
+        return rows.size() == 6 && rows[4] == L"  (2. Nc3)";
+    })) << testing::PrintToString(NotationRows(game));
+
+    // On 2. Nc3: a glyph, an evaluation and a comment; then the line becomes the main one.
+    Command(game, ID_NAG_INTERESTING);
+    Command(game, ID_EVAL_WHITE_SLIGHTLY_BETTER);
+    Command(game, ID_EDIT_COMMENT);
+    HWND comment =
+        WaitFor(program, [&] { return DialogWithControl(program.id, IDC_COMMENT_TEXT); });
+    ASSERT_NE(comment, nullptr) << "no comment editor";
+    SendMessageTimeoutW(GetDlgItem(comment, IDC_COMMENT_TEXT), WM_SETTEXT, 0,
+                        reinterpret_cast<LPARAM>(L"A quieter try"), SMTO_ABORTIFHUNG, 5000,
+                        &ignored);
+    Command(comment, ID_COMMENT_CLOSE);
+    EXPECT_TRUE(WaitUntil(program, [&] { return !IsWindow(comment); }));
+    Command(game, ID_PROMOTE_LINE);
+    EXPECT_TRUE(WaitUntil(program, [&] {
+        const auto rows = NotationRows(game);
+        return rows.size() == 6 && rows[3].starts_with(L"2. Nc3!?") && rows[4] == L"  (2. Nf3";
+    })) << testing::PrintToString(NotationRows(game));
+
+    // 2... Nc6 of the variation goes.
+    PostMessageW(GetDlgItem(game, kNotationId), LB_SETCURSEL, 5, 0);
+    PostMessageW(game, WM_COMMAND, MAKEWPARAM(kNotationId, LBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(GetDlgItem(game, kNotationId)));
+    Command(game, ID_DELETE_MOVE);
+    EXPECT_TRUE(WaitUntil(program, [&] { return NotationRows(game).size() == 5; }))
+        << testing::PrintToString(NotationRows(game));
+    Photograph(game, L"e2e-game-window-edited");
+
+    // The headers, and one more tag behind "More...".
+    Command(game, ID_EDIT_HEADERS);
+    HWND headers = WaitFor(program, [&] { return DialogWithControl(program.id, IDC_HEADER_MORE); });
+    ASSERT_NE(headers, nullptr) << "no headers dialog";
+    for (auto [id, text] :
+         {std::pair{IDC_HEADER_WHITE, L"Anna Test"}, std::pair{IDC_HEADER_BLACK, L"Boris Test"},
+          std::pair{IDC_HEADER_EVENT, L"Club night"}}) {
+        SendMessageTimeoutW(GetDlgItem(headers, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text),
+                            SMTO_ABORTIFHUNG, 5000, &ignored);
+    }
+    Command(headers, IDC_HEADER_MORE);
+    HWND tags = WaitFor(program, [&] { return DialogWithControl(program.id, IDC_TAG_SET); });
+    ASSERT_NE(tags, nullptr) << "no tags dialog";
+    SendMessageTimeoutW(GetDlgItem(tags, IDC_TAG_NAME), WM_SETTEXT, 0,
+                        reinterpret_cast<LPARAM>(L"Annotator"), SMTO_ABORTIFHUNG, 5000, &ignored);
+    SendMessageTimeoutW(GetDlgItem(tags, IDC_TAG_VALUE), WM_SETTEXT, 0,
+                        reinterpret_cast<LPARAM>(L"Velmora tester"), SMTO_ABORTIFHUNG, 5000,
+                        &ignored);
+    Command(tags, IDC_TAG_SET);
+    Photograph(tags, L"e2e-tags");
+    Command(tags, IDOK);
+    EXPECT_TRUE(WaitUntil(program, [&] { return !IsWindow(tags); }));
+    Command(headers, IDOK);
+    EXPECT_TRUE(WaitUntil(program, [&] { return !IsWindow(headers); }));
+
+    // Save as a new file, then read it back with velmora-pgn.
+    const std::wstring saved = folder_ + L"\\edited.pgn";
+    Command(game, ID_SAVE_AS);
+    SaveIntoNewFile(program, saved);
+    ASSERT_TRUE(WaitUntil(program, [&] { return !ReadBytes(saved).empty(); })) << "nothing saved";
+    const std::string expected =
+        "[Event \"Club night\"]\r\n[Site \"?\"]\r\n[Date \"????.??.??\"]\r\n[Round \"?\"]\r\n"
+        "[White \"Anna Test\"]\r\n[Black \"Boris Test\"]\r\n[Result \"*\"]\r\n"
+        "[Annotator \"Velmora tester\"]\r\n\r\n"
+        "1. e4 e5 2. Nc3!? $14 {A quieter try} (2. Nf3) *\r\n\r\n";
+    EXPECT_EQ(ReadBytes(saved), expected);
+    // Reading the game back ends at its first move glyph ("!?"), which drops what follows:
+    // intended, glyph suffixes 1 to 6 end the move text when it is read.
+    std::string shown = RunPgnTool(L"show \"" + saved + L"\" 1");
+    EXPECT_EQ(shown, expected.substr(0, expected.find("!?")) + " *\r\n\r\n");
+
+    // A second game, appended through the recent-files choice.
+    Command(game, ID_GAME_NEW_GAME);
+    game = WaitFor(program, [&] {
+        HWND next = GameWindowOf(program.id);
+        return next != nullptr && NotationRows(next).size() == 1 ? next : nullptr;
+    });
+    ASSERT_NE(game, nullptr) << "no new game window";
+    PlayByTaps(program, game, "d2", "d4", 2);
+    Command(game, ID_SAVE);
+    HWND target = WaitFor(program, [&] { return DialogWithControl(program.id, 1003); });
+    ASSERT_NE(target, nullptr);
+    EXPECT_EQ(WindowText(GetDlgItem(target, 1004)), L"Append to edited.pgn");
+    Command(target, 1004);
+    ASSERT_TRUE(WaitUntil(program, [&] { return ReadBytes(saved).size() > expected.size(); }));
+    EXPECT_EQ(ReadBytes(saved).substr(0, expected.size() + 2), expected + "\r\n")
+        << "the first game changed, or the CR LF before the second is missing";
+    shown = RunPgnTool(L"show \"" + saved + L"\" 2");
+    EXPECT_NE(shown.find("[White \"White\"]"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("\r\n\r\n1. d4 *\r\n"), std::string::npos) << shown;
+
+    // "New Position...": a king each and a pawn about to promote; the missing rooks turn every
+    // castling right off with a warning.
+    Command(game, ID_GAME_NEW_POSITION);
+    HWND setup = WaitFor(program, [&] { return DialogWithControl(program.id, IDC_SETUP_COPY); });
+    ASSERT_NE(setup, nullptr) << "no board editor";
+    Command(setup, IDC_SETUP_CLEAR);
+    Command(setup, IDC_SETUP_WHITE_KING);
+    Tap(setup, SquareOnSetupBoard("e1"));
+    Command(setup, IDC_SETUP_BLACK_KING);
+    Tap(setup, SquareOnSetupBoard("h6"));
+    Command(setup, IDC_SETUP_WHITE_PAWN);
+    Tap(setup, SquareOnSetupBoard("b7"));
+    Command(setup, IDOK);
+    EXPECT_EQ(Answer(program, L"Setup board", IDOK, L"e2e-setup-warning"),
+              L"White O-O,White O-O-O,Black O-O,Black O-O-O disabled");
+    game = WaitFor(program, [&] {
+        HWND next = GameWindowOf(program.id);
+        return next != nullptr && next != setup && IsWindow(next) && NotationRows(next).size() == 1
+                   ? next
+                   : nullptr;
+    });
+    ASSERT_NE(game, nullptr) << "the set-up game did not open";
+    Tap(game, SquareOnBoard(game, "b7"));
+    Tap(game, SquareOnBoard(game, "b8"));
+    HWND promotion = WaitFor(program, [&] { return DialogTitled(program.id, L"Promotion in"); });
+    ASSERT_NE(promotion, nullptr) << "no promotion dialog";
+    Photograph(promotion, L"e2e-promotion");
+    Command(promotion, IDC_PROMOTE_KNIGHT);
+    EXPECT_TRUE(WaitUntil(program, [&] { return NotationRows(game).size() == 2; }));
+    EXPECT_EQ(NotationRows(game).back(), L"1. b8=N");
+    Photograph(game, L"e2e-promoted");
+
+    Command(game, ID_CLOSE_GAME);
+    EXPECT_EQ(Answer(program, L"The game has been changed", IDNO),
+              L"Do you want to save the game ?");
+    EXPECT_TRUE(WaitUntil(program, [&] { return GameWindowOf(program.id) == nullptr; }));
+    Close(program, main);
+}
+
+TEST_F(EditingEndToEnd, SavesInPlaceAmongOtherGamesAndNeverOverAnotherProgramsChange) {
+    const std::string original = ReadBytes(pgnPath_);
+    const size_t second = original.find("[White \"Dupont\"]");
+    const size_t third = original.find("[Event \"Club Match\"]", second);
+    ASSERT_NE(third, std::string::npos);
+
+    Started program = Start(pgnPath_);
+    ASSERT_NE(WaitForMainWindow(program, true), nullptr);
+    HWND list = WaitFor(program, [&] { return GameListOf(program.id); });
+    ASSERT_NE(list, nullptr) << "no game list";
+    // A tap on the second row chooses the second game: rows are 13 to 20 pixels high.
+    HWND rows = GetDlgItem(list, 1000);
+    DWORD_PTR header = 0;
+    SendMessageTimeoutW(rows, LVM_GETHEADER, 0, 0, SMTO_ABORTIFHUNG, 5000, &header);
+    RECT headerRect{};
+    GetWindowRect(reinterpret_cast<HWND>(header), &headerRect);
+    ClickAt(headerRect.left + 30, headerRect.bottom + 24);
+    HWND game = WaitFor(program, [&] { return GameWindowOf(program.id); });
+    ASSERT_NE(game, nullptr) << "no game window for the second game";
+    EXPECT_EQ(NotationRows(game).size(), 5u) << testing::PrintToString(NotationRows(game));
+
+    Command(game, ID_LAST_MOVE);
+    Command(game, ID_EVAL_WHITE_WINNING);
+    Command(game, ID_SAVE);
+    ASSERT_TRUE(WaitUntil(program, [&] { return ReadBytes(pgnPath_) != original; }));
+    const std::string saved = ReadBytes(pgnPath_);
+    EXPECT_EQ(saved.substr(0, second), original.substr(0, second)) << "the first game changed";
+    EXPECT_TRUE(saved.ends_with(original.substr(third))) << "the third game changed";
+    EXPECT_NE(saved.find("Qh4+ $16 0-1"), std::string::npos) << saved;
+    EXPECT_EQ(GetFileAttributesW((pgnPath_ + L".bak").c_str()), INVALID_FILE_ATTRIBUTES)
+        << "the backup is deleted once the file is complete";
+
+    // Another program changes the second game; the next save must not splice over it.
+    std::string changed = saved;
+    changed.replace(changed.find("Dupont"), 6, "Dupond");
+    WriteBytes(pgnPath_, changed);
+    Command(game, ID_EVAL_BLACK_WINNING);
+    Command(game, ID_SAVE);
+    const std::wstring warning =
+        Answer(program, L"The file has been changed", IDNO, L"e2e-file-changed");
+    EXPECT_NE(warning.find(L"changed by another program"), std::wstring::npos)
+        << testing::PrintToString(warning);
+    EXPECT_EQ(ReadBytes(pgnPath_), changed) << "the file was written although it had changed";
+
+    Command(game, ID_CLOSE_GAME);
+    Answer(program, L"The game has been changed", IDNO);
+    EXPECT_TRUE(WaitUntil(program, [&] { return GameWindowOf(program.id) == nullptr; }));
+    Close(program, MainWindowOf(program.id));
+}
+
+}  // namespace
+}  // namespace velmora::e2e

@@ -24,11 +24,8 @@ TEST(GameIndex, ThreeGamesThenOffsetsAfterASave) {
     EXPECT_EQ(test::Offsets(index), (Offsets{0, 197, 294}));
     EXPECT_EQ(index.Count(), 3);
     EXPECT_TRUE(!index.At(-1) && !index.At(3) && index.At(2).Position() == 2);
-    // A game written behind row 0 now ends at 250, where row 1 begins.
-    EXPECT_EQ(index.GameSaved(0, 250).Position(), 1);
-    EXPECT_FALSE(index.GameSaved(2, 999));
     index.TextMoved(index.Path(), 0, 40);  // the game list rescans instead
-    EXPECT_EQ(test::Offsets(index), (Offsets{0, 250, 294}));
+    EXPECT_EQ(test::Offsets(index), (Offsets{0, 197, 294}));
     // Search results move the later rows of the game's file, up to another file's row.
     const auto fileA = std::make_shared<const std::u16string>(u"A");
     const auto fileB = std::make_shared<const std::u16string>(u"B");
@@ -40,10 +37,8 @@ TEST(GameIndex, ThreeGamesThenOffsetsAfterASave) {
         game.offset = offset;
         results.AddEntry(game, path);
     }
-    // A game written behind a row changes no offset, and there is nothing to rescan.
-    EXPECT_EQ(results.GameSaved(0, 999).Offset(), 100u);
-    EXPECT_EQ(results.Load(platform::SystemFileSystem()), 1);
-    results.TextMoved(u"a", 100, -7);  // paths compare ignoring case
+    EXPECT_EQ(results.Load(platform::SystemFileSystem()), 1);  // nothing to rescan
+    results.TextMoved(u"a", 100, -7);                          // paths compare ignoring case
     EXPECT_EQ(test::Offsets(results), (Offsets{0, 100, 193, 293, 250, 400}));
     EXPECT_EQ(results.At(4).FilePath() + results.At(5).FilePath(), u"BA");
 }
@@ -101,28 +96,6 @@ TEST(GameIndex, EmptyTagsAreKeptApartFromMissingOnes) {
         EXPECT_EQ(texts, expected[game]) << "game " << game + 1;
     }
     EXPECT_TRUE(index.At(0).Has(RowField::Eco) && !index.At(1).Has(RowField::Eco));
-}
-
-// What saving adds to a file's list: the game's texts as the file holds them, no value kept
-// as no value, and the same offset.
-TEST(GameIndex, AnAddedGameKeepsItsTagsAndOffset) {
-    GameIndex index(u"added.pgn");
-    GameSummary game;
-    game.SetWhite(nullptr);
-    game.SetBlack(u"");
-    game.SetEvent(u"Caf\u00E9 \u20AC");
-    game.SetResultCode(kDraw);
-    game.offset = 77;
-    index.GameAdded(game);
-    const GameRow row = index.At(0);
-    ASSERT_TRUE(row);
-    EXPECT_EQ(Text(row.Text(RowField::White)) + u"|" + Text(row.Text(RowField::Black)) + u"|" +
-                  Text(row.Text(RowField::Event)) + u"|" + Text(row.Text(RowField::Start)),
-              u"<none>||Caf\u00E9 \u20AC|<none>");
-    EXPECT_EQ(std::u16string(row.ResultText(ResultForm::Display)) + u" " + row.FilePath(),
-              u"\u00BD-\u00BD added.pgn");
-    EXPECT_EQ(row.Offset(), 77u);
-    EXPECT_EQ(index.Count(), 1);
 }
 
 // Every test file: each row shows what the scanner handed on for its game, so nothing is lost

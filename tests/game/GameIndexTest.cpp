@@ -1,13 +1,9 @@
 // Scanning PGN files into a game index: rows and their texts, the n-th game, offsets.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "PgnTestSupport.h"
-#include "game/Game.h"
 #include "game/GameIndex.h"
 #include "game/GameScanner.h"
-#include "game/PgnLineReader.h"
 
 namespace velmora {
 namespace {
@@ -96,40 +92,6 @@ TEST(GameIndex, EmptyTagsAreKeptApartFromMissingOnes) {
         EXPECT_EQ(texts, expected[game]) << "game " << game + 1;
     }
     EXPECT_TRUE(index.At(0).Has(RowField::Eco) && !index.At(1).Has(RowField::Eco));
-}
-
-// Every test file: each row shows what the scanner handed on for its game, so nothing is lost
-// or mixed up in storing (shared texts, lengths, texts with bytes above 127).
-TEST(GameIndex, RowsShowWhatTheScannerRead) {
-    auto line = [](auto&& text, std::uint32_t offset, ResultCode result) {
-        std::u16string out = platform::Utf8ToWide(std::to_string(offset)) + u"|" +
-                             platform::Utf8ToWide(std::to_string(result & 0xFF));
-        for (int field = 0; field < kRowFieldCount; ++field)
-            out += u"|" + Text(text(static_cast<RowField>(field)));
-        return out;
-    };
-    int files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_TEST_DATA_DIR)) {
-        if (entry.path().extension() != ".pgn") continue;
-        ++files;
-        const std::u16string path = entry.path().u16string();
-        test::MemoryFile file{test::ReadBytes(path)};
-        PgnLineReader reader(file);
-        std::vector<std::u16string> scanned, listed;
-        int count = 0;
-        ScanFile(reader, &count, [&](ScannedGame& game, std::uint32_t) {
-            scanned.push_back(
-                line([&](RowField f) { return game.Text(f); }, game.offset, game.result));
-            return 1;
-        });
-        GameIndex index(path.c_str());
-        ASSERT_EQ(index.Load(), 1);
-        for (GameRow row : index)
-            listed.push_back(
-                line([&](RowField f) { return row.Text(f); }, row.Offset(), row.Result()));
-        EXPECT_EQ(listed, scanned) << entry.path().filename().string();
-    }
-    EXPECT_GT(files, 20);
 }
 
 }  // namespace

@@ -104,10 +104,8 @@ void TapNotationRow(HWND window, HWND notation, int row) {
 }
 
 std::wstring SelectedRow(HWND list) {
-    wchar_t text[64] = {};
-    SendMessageW(list, LB_GETTEXT, SendMessageW(list, LB_GETCURSEL, 0, 0),
-                 reinterpret_cast<LPARAM>(text));
-    return text;
+    const LRESULT row = SendMessageW(list, LB_GETCURSEL, 0, 0);
+    return row >= 0 ? ListBoxRows(list).at(row) : L"<none>";
 }
 
 std::wstring WindowText(HWND window) {

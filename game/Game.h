@@ -101,7 +101,6 @@ class Game : public GameSummary, public GameCursor {
     GameIndex* Owner() const { return owner_; }
     void SetOwner(GameIndex* owner) { owner_ = owner; }
     GameView* PrimaryObserver() const { return primary_; }
-    int ObserverCount() const { return observerCount_; }
 
     int modifiedByNew = 1;
     int hasLocation = 0;

@@ -70,12 +70,6 @@ std::size_t GameIndex::HeapBytes() const {
     return entries_.capacity() * sizeof(RowEntry) + pool_.HeapBytes();
 }
 
-GameRow GameIndex::GameSaved(int position, std::uint32_t endOffset) {
-    GameRow next = At(position + 1);
-    if (next) entries_[next.Position()].offset = endOffset;
-    return next;
-}
-
 void GameIndex::TextMoved(const std::u16string&, std::uint32_t, std::int64_t) {}
 
 // Adds a row that copies the appended game's tags, start text and offset; the game itself stays
@@ -99,10 +93,6 @@ void GameIndex::GameAdded(const GameSummary& game) {
 const char16_t* GameIndex::FileName() const {
     std::size_t separator = path_->find_last_of(u"\\/");
     return path_->c_str() + (separator == std::u16string::npos ? 0 : separator + 1);
-}
-
-GameRow GameSearchResults::GameSaved(int position, std::uint32_t) {
-    return At(position + 1);
 }
 
 // Finds the saved game's row by file and offset, then moves the offsets of the rows that

@@ -26,9 +26,6 @@ class GameIndex {
     virtual int Load(platform::FileSystem& fileSystem = platform::SystemFileSystem());
     // Appends a row for a game as the scanner read it.
     void AddEntry(const ScannedGame& game);
-    // Gives the row after position the offset endOffset, where the game written behind that
-    // row now ends, and returns it (no row when position is the last).
-    virtual GameRow GameSaved(int position, std::uint32_t endOffset);
     // Told by saving that the text of the game at offset of the file at path changed size by
     // delta bytes. Nothing to do here: the game list rescans the file.
     virtual void TextMoved(const std::u16string& path, std::uint32_t offset, std::int64_t delta);
@@ -103,8 +100,6 @@ class GameSearchResults : public GameIndex {
   public:
     GameSearchResults() : GameIndex(nullptr) {}
     int Load(platform::FileSystem&) override { return 1; }
-    // Returns the row after position, changing nothing.
-    GameRow GameSaved(int position, std::uint32_t endOffset) override;
     // Moves the offsets of the rows of the game's file that follow it by delta.
     void TextMoved(const std::u16string& path, std::uint32_t offset, std::int64_t delta) override;
     // Appends a game found in the file at path.

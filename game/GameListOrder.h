@@ -48,8 +48,6 @@ class GameListSort {
   public:
     // Applies a tap on the header of column and returns the new sort key.
     int TapColumn(int column);
-    int Column() const { return column_; }
-    bool Descending() const { return descending_; }
     // column * 2 + descending, or -1 while no column was tapped.
     int Key() const { return column_ < 0 ? -1 : column_ * 2 + (descending_ ? 1 : 0); }
 

@@ -14,7 +14,8 @@
 
 namespace velmora::test {
 
-inline std::u16string Text(const OwnedText& text) {  // "<none>" when there is no value
+template <typename T>  // OwnedText or RowText: "<none>" when there is no value
+std::u16string Text(const T& text) {
     return text.IsNull() ? u"<none>" : std::u16string(text.View());
 }
 inline std::u16string DataPath(const std::string& name) {
@@ -25,9 +26,6 @@ inline std::vector<std::uint32_t> Offsets(const GameIndex& index) {  // in list 
     for (GameRow row : index)
         offsets.push_back(row.Offset());
     return offsets;
-}
-inline std::u16string Text(const RowText& text) {  // "<none>" when there is no value
-    return text.IsNull() ? u"<none>" : std::u16string(text.View());
 }
 struct RecordedMessages final : UserMessages {  // while it lives: records, gives answer to all
     RecordedMessages() { SetUserMessages(this); }

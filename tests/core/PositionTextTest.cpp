@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <tuple>
 
 #include "tests/core/TestBoards.h"
@@ -14,26 +15,14 @@ using testing::FromText;
 using testing::Sq;
 using testing::TextOf;
 
-TEST(PositionText, InitialPositionBothWays) {
-    PositionValue initial;
+// Each case: text read, side to move, stored number (that of the last move played), text written.
+// Each text is read into a value whose squares, side and number hold something else.
+TEST(PositionText, FieldsReadAndWrittenBack) {
+    const PositionValue initial;
     EXPECT_EQ(TextOf(initial), testing::kStartText);
     EXPECT_TRUE(initial.HasStandardSquares());
-
-    PositionValue read = PositionValue::Empty();
-    read.enPassant = 12;
-    read.sideToMove = kBlack;
-    read.moveNumber = 9;
-    ASSERT_TRUE(
-        ReadPositionText(u"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", &read));
-    EXPECT_EQ(TextOf(read), testing::kStartText);
-    EXPECT_EQ(read.moveNumber, 0);
-    EXPECT_EQ(read.enPassant, kNoSquare);
-    EXPECT_TRUE(read.SameSquares(initial));
-}
-
-// Each case: text read, side to move, stored number (that of the last move played), text written.
-TEST(PositionText, FieldsReadAndWrittenBack) {
     const std::tuple<const char*, Colour, int, const char*> cases[] = {
+        {testing::kStartText, kWhite, 0, testing::kStartText},
         {testing::kKiwipete, kWhite, 0, testing::kKiwipete},
         {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 b Qk - 0 35", kBlack, 35,
          "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 b Qk - 0 35"},
@@ -47,11 +36,17 @@ TEST(PositionText, FieldsReadAndWrittenBack) {
         {"4k3/8/8/8/8/8/8/4K3 w - -", kWhite, 0, "4k3/8/8/8/8/8/8/4K3 w - - 0 1"},
         {"4k3/8/8/8/8/8/8/4K3 b", kBlack, 1, "4k3/8/8/8/8/8/8/4K3 b - - 0 1"}};
     for (const auto& [text, side, number, written] : cases) {
-        const PositionValue position = FromText(text);
+        PositionValue position = PositionValue::Empty();
+        position.sideToMove = side == kWhite ? kBlack : kWhite;
+        position.moveNumber = 9;
+        ASSERT_TRUE(ReadPositionText(std::u16string(text, text + strlen(text)).c_str(), &position));
         EXPECT_EQ(position.sideToMove, side) << text;
         EXPECT_EQ(position.moveNumber, number) << text;
         EXPECT_EQ(TextOf(position), written);
     }
+    PositionValue passant = FromText("4k3/8/8/8/8/8/8/4K3 w - e6 0 1");
+    ASSERT_TRUE(ReadPositionText(u"4k3/8/8/8/8/8/8/4K3 w - - 0 1", &passant));
+    EXPECT_EQ(passant.enPassant, kNoSquare);
 }
 
 // Intended: the rank digit of an en-passant field is only range-checked; the letter alone gives

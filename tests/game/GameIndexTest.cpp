@@ -1,13 +1,9 @@
 // Scanning PGN files into a game index: rows and their texts, the n-th game, offsets.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "PgnTestSupport.h"
-#include "game/Game.h"
 #include "game/GameIndex.h"
 #include "game/GameScanner.h"
-#include "game/PgnLineReader.h"
 
 namespace velmora {
 namespace {
@@ -24,11 +20,8 @@ TEST(GameIndex, ThreeGamesThenOffsetsAfterASave) {
     EXPECT_EQ(test::Offsets(index), (Offsets{0, 197, 294}));
     EXPECT_EQ(index.Count(), 3);
     EXPECT_TRUE(!index.At(-1) && !index.At(3) && index.At(2).Position() == 2);
-    // A game written behind row 0 now ends at 250, where row 1 begins.
-    EXPECT_EQ(index.GameSaved(0, 250).Position(), 1);
-    EXPECT_FALSE(index.GameSaved(2, 999));
     index.TextMoved(index.Path(), 0, 40);  // the game list rescans instead
-    EXPECT_EQ(test::Offsets(index), (Offsets{0, 250, 294}));
+    EXPECT_EQ(test::Offsets(index), (Offsets{0, 197, 294}));
     // Search results move the later rows of the game's file, up to another file's row.
     const auto fileA = std::make_shared<const std::u16string>(u"A");
     const auto fileB = std::make_shared<const std::u16string>(u"B");
@@ -40,10 +33,8 @@ TEST(GameIndex, ThreeGamesThenOffsetsAfterASave) {
         game.offset = offset;
         results.AddEntry(game, path);
     }
-    // A game written behind a row changes no offset, and there is nothing to rescan.
-    EXPECT_EQ(results.GameSaved(0, 999).Offset(), 100u);
-    EXPECT_EQ(results.Load(platform::SystemFileSystem()), 1);
-    results.TextMoved(u"a", 100, -7);  // paths compare ignoring case
+    EXPECT_EQ(results.Load(platform::SystemFileSystem()), 1);  // nothing to rescan
+    results.TextMoved(u"a", 100, -7);                          // paths compare ignoring case
     EXPECT_EQ(test::Offsets(results), (Offsets{0, 100, 193, 293, 250, 400}));
     EXPECT_EQ(results.At(4).FilePath() + results.At(5).FilePath(), u"BA");
 }
@@ -101,62 +92,6 @@ TEST(GameIndex, EmptyTagsAreKeptApartFromMissingOnes) {
         EXPECT_EQ(texts, expected[game]) << "game " << game + 1;
     }
     EXPECT_TRUE(index.At(0).Has(RowField::Eco) && !index.At(1).Has(RowField::Eco));
-}
-
-// What saving adds to a file's list: the game's texts as the file holds them, no value kept
-// as no value, and the same offset.
-TEST(GameIndex, AnAddedGameKeepsItsTagsAndOffset) {
-    GameIndex index(u"added.pgn");
-    GameSummary game;
-    game.SetWhite(nullptr);
-    game.SetBlack(u"");
-    game.SetEvent(u"Caf\u00E9 \u20AC");
-    game.SetResultCode(kDraw);
-    game.offset = 77;
-    index.GameAdded(game);
-    const GameRow row = index.At(0);
-    ASSERT_TRUE(row);
-    EXPECT_EQ(Text(row.Text(RowField::White)) + u"|" + Text(row.Text(RowField::Black)) + u"|" +
-                  Text(row.Text(RowField::Event)) + u"|" + Text(row.Text(RowField::Start)),
-              u"<none>||Caf\u00E9 \u20AC|<none>");
-    EXPECT_EQ(std::u16string(row.ResultText(ResultForm::Display)) + u" " + row.FilePath(),
-              u"\u00BD-\u00BD added.pgn");
-    EXPECT_EQ(row.Offset(), 77u);
-    EXPECT_EQ(index.Count(), 1);
-}
-
-// Every test file: each row shows what the scanner handed on for its game, so nothing is lost
-// or mixed up in storing (shared texts, lengths, texts with bytes above 127).
-TEST(GameIndex, RowsShowWhatTheScannerRead) {
-    auto line = [](auto&& text, std::uint32_t offset, ResultCode result) {
-        std::u16string out = platform::Utf8ToWide(std::to_string(offset)) + u"|" +
-                             platform::Utf8ToWide(std::to_string(result & 0xFF));
-        for (int field = 0; field < kRowFieldCount; ++field)
-            out += u"|" + Text(text(static_cast<RowField>(field)));
-        return out;
-    };
-    int files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_TEST_DATA_DIR)) {
-        if (entry.path().extension() != ".pgn") continue;
-        ++files;
-        const std::u16string path = entry.path().u16string();
-        test::MemoryFile file{test::ReadBytes(path)};
-        PgnLineReader reader(file);
-        std::vector<std::u16string> scanned, listed;
-        int count = 0;
-        ScanFile(reader, &count, [&](ScannedGame& game, std::uint32_t) {
-            scanned.push_back(
-                line([&](RowField f) { return game.Text(f); }, game.offset, game.result));
-            return 1;
-        });
-        GameIndex index(path.c_str());
-        ASSERT_EQ(index.Load(), 1);
-        for (GameRow row : index)
-            listed.push_back(
-                line([&](RowField f) { return row.Text(f); }, row.Offset(), row.Result()));
-        EXPECT_EQ(listed, scanned) << entry.path().filename().string();
-    }
-    EXPECT_GT(files, 20);
 }
 
 }  // namespace

@@ -154,24 +154,6 @@ TEST(GameSearch, PositionAndMaterialReplayTheMainLine) {
     EXPECT_EQ(Find(both), "b1@-2");
 }
 
-// The counts and a file that cannot be opened are checked through the command-line search.
-TEST(GameSearch, ResultsCarryPathsAndOffsetsAcrossFiles) {
-    SearchCriteria criteria;
-    criteria.white = u"@";
-    GameSearch search(criteria);
-    std::unique_ptr<GameSearchResults> results = search.Run({kFileA, kFileB}, nullptr);
-    std::vector<std::pair<std::u16string, std::uint32_t>> expected, actual;
-    for (const std::u16string& path : {kFileA, kFileB}) {
-        GameIndex index(path.c_str());
-        ASSERT_EQ(index.Load(), 1);
-        for (GameRow row : index)
-            expected.emplace_back(path, row.Offset());
-    }
-    for (GameRow row : *results)
-        actual.emplace_back(row.FilePath(), row.Offset());
-    EXPECT_EQ(actual, expected);
-}
-
 TEST(GameSearch, StopEndsTheScanAfterTheCurrentGame) {
     SearchCriteria criteria;
     criteria.white = u"@";

@@ -1,8 +1,5 @@
-// The PGN line reader (255-byte lines, offsets, read-ahead) and the move-section lexer.
+// The move-section lexer: tokens, glyphs and comments read across lines.
 #include <gtest/gtest.h>
-
-#include <optional>
-#include <random>
 
 #include "PgnTestSupport.h"
 #include "game/PgnLexer.h"
@@ -10,75 +7,11 @@
 namespace velmora {
 namespace {
 
-using Line = std::pair<std::string, std::uint32_t>;  // the text, then Position() after it
-
-std::optional<Line> ReadOne(PgnLineReader& reader) {
-    char buffer[PgnLineReader::kLineSize];
-    int length = -1;
-    if (!reader.ReadLine(buffer, &length)) return std::nullopt;
-    return Line{std::string(buffer, length), reader.Position()};
-}
-
-// Reads bytes with block size 255 from the start, then every other size from where the file
-// stands after the first line, each reader then seeking back to every offset and 0: all agree.
-std::vector<Line> ReadEverySize(const std::string& bytes) {
-    SCOPED_TRACE(testing::PrintToString(bytes));
-    test::MemoryFile file(bytes);
-    std::vector<Line> all;
-    for (std::uint32_t size : {255u, 1u, 7u, 256u, 4096u, PgnLineReader::kDefaultBlockSize}) {
-        SCOPED_TRACE(size);
-        const std::uint32_t start = size == 255 || all.empty() ? 0 : all[0].second;
-        file.position = start;
-        PgnLineReader reader(file, size);
-        std::vector<Line> lines;
-        for (std::optional<Line> line; lines.size() < 10000 && (line = ReadOne(reader));)
-            lines.push_back(*line);
-        if (size == 255) all = lines;
-        EXPECT_EQ(lines, std::vector<Line>(all.begin() + (start != 0), all.end()));
-        for (std::size_t i = all.size(); i > 0; --i) {
-            EXPECT_EQ(reader.Seek(i > 1 ? all[i - 2].second : 0), 1);
-            EXPECT_EQ(ReadOne(reader), all[i - 1]);
-        }
-    }
-    return all;
-}
-
-TEST(PgnLineReader, CutsLinesAndOffsetsTheSameWithEveryBlockSize) {
-    std::string x254(254, 'x'), x300(300, 'x'), blanks(300, 'b');
-    blanks[200] = blanks[241] = ' ';  // the last blank within 255 bytes at 241
-    const std::pair<std::string, std::vector<Line>> cases[] = {
-        {"", {}},
-        {"ab\r\ncd\n", {{"ab", 4}, {"cd", 7}}},
-        {"ab\rcd\re", {{"ab", 3}, {"cd", 6}, {"e", 7}}},
-        {"ab\n\n\r\n\r\ncd", {{"ab", 8}, {"cd", 10}}},
-        {"ab\r\n\r", {{"ab", 5}}},
-        {blanks, {{blanks.substr(0, 241), 241}, {blanks.substr(241), 300}}},
-        {x300, {{x300.substr(0, 255), 255}, {x300.substr(255), 300}}},
-        {"e4 e5", {{"e4", 2}, {" e5", 5}}},
-        {" " + x254, {{" " + x254, 255}}},
-        // Intended: a CR/LF run crossing the 255th byte leaves its rest as one empty line.
-        {x254 + "\r\n\r\nyz", {{x254, 255}, {"", 258}, {"yz", 260}}},
-        {std::string("a\0b\nc", 5), {{std::string("a\0b", 3), 4}, {"c", 5}}},
-    };
-    for (const auto& [input, lines] : cases)
-        EXPECT_EQ(ReadEverySize(input), lines);
-    const std::string pieces[] = {"1. e4 e5 ", "Nf3",  "\r\n", "\r",  "\n", "\r\n\r\n\n\r",
-                                  x300,        blanks, "{c} ", "a b", " ",  "[Event \"x\"]\r\n"};
-    std::mt19937 random(12345);
-    for (const char* tail : {"*", "*\r\n\n\r"}) {
-        std::string input;
-        while (input.size() < 6000)
-            input += pieces[random() % std::size(pieces)];
-        const std::vector<Line> lines = ReadEverySize(input += tail);
-        ASSERT_GT(lines.size(), 20u);
-        EXPECT_EQ(lines.back().second, input.size());
-    }
-}
-
-// The tokens of bytes: "N:" move number, "M:" move, "U:" unknown, "_" whitespace, a Nag's text,
-// "End" and a glyph's text, "{" and the comment's text then "}" (or why it was not read), ")",
-// "(" or ";". The last token is asked for again, and " then " and the answer follow when it
-// differs.
+// The tokens of bytes: "N:" move number, "M:" move, "U:" unknown, "_"
+// whitespace, a Nag's text, "End" and a glyph's text, "{" and the comment's
+// text then "}" (or why it was not read), ")",
+// "(" or ";". The last token is asked for again, and " then " and the answer
+// follow when it differs.
 std::string Lex(const std::string& bytes) {
     auto describe = [](TokenKind kind, const char16_t* text) {
         const char* names[] = {"{", "", ";", "(", ")", "N:", "M:", "End", "U:", "_", ""};
@@ -123,7 +56,8 @@ TEST(PgnLexer, SplitsMoveTextIntoTokens) {
         {"1. e4 e5 2. Nf3 12...Nf6 *", "N:1. _ M:e4 _ M:e5 _ N:2. _ M:Nf3 _ N:12... M:Nf6 _ End"},
         {"O-O-O 0-0-0 0-0 O-O *", "M:O-O-O _ M:0-0-0 _ M:0-0 _ M:O-O _ End"},
         {"e4!!! e5", "M:e4 End$3"},
-        // Intended: only "-0" right after a glyph's first character continues it, as a move.
+        // Intended: only "-0" right after a glyph's first character continues it,
+        // as a move.
         {"?-0 e4", "M:?-0 _ M:e4 _ End"},
         {"10.\r\nexd8=Q+ Nbxc3#\t\t e5 *", "N:10. _ M:exd8=Q+ _ M:Nbxc3# _ M:e5 _ End"},
         // Intended: dots standing apart from their number come out as whitespace.

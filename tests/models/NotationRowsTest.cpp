@@ -16,9 +16,7 @@
 #include "game/Position.h"
 #include "platform/CodePage.h"
 
-#if defined(__unix__) || defined(__MINGW32__)
 #include <pthread.h>
-#endif
 
 namespace velmora {
 namespace {
@@ -142,7 +140,6 @@ TEST(NotationRows, InsertingMoveByMoveGivesTheRebuiltList) {
 // Builds the rows on a thread with a small stack, so a walk that recursed once a move would
 // overflow it.
 std::vector<NotationRow> BuildRowsOnSmallStack(Game& game) {
-#if defined(__unix__) || defined(__MINGW32__)
     struct Job {
         Game* game;
         std::vector<NotationRow> rows;
@@ -160,9 +157,6 @@ std::vector<NotationRow> BuildRowsOnSmallStack(Game& game) {
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attributes);
     return std::move(job.rows);
-#else
-    return BuildRows(game, true);
-#endif
 }
 
 TEST(NotationRows, ALongGameDoesNotRecursePerMove) {

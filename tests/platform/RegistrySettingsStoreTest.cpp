@@ -97,23 +97,19 @@ TYPED_TEST(StoreAgreement, ValuesRoundTripAndReportTheirSize) {
     EXPECT_EQ(fromKey[2], 0xFF);
     ValueType type{};
     std::uint32_t size = 0;
-    EXPECT_EQ(this->store_.ReadValue(StoreRoot::CurrentUser, kBase + u"\\Velmora", u"bin", &type,
-                                     nullptr, 0, &size),
-              kStoreOk);
+    std::uint8_t back[3] = {};
+    auto readValue = [&](const std::u16string& key, const char16_t* name, std::uint32_t capacity) {
+        return this->store_.ReadValue(StoreRoot::CurrentUser, kBase + key, name, &type,
+                                      capacity ? back : nullptr, capacity, &size);
+    };
+    EXPECT_EQ(readValue(u"\\Velmora", u"bin", 0), kStoreOk);
     EXPECT_EQ(type, ValueType::Binary);
     EXPECT_EQ(size, 3u);
-    std::uint8_t back[3] = {};
-    EXPECT_EQ(this->store_.ReadValue(StoreRoot::CurrentUser, kBase + u"\\Velmora", u"Bin", &type,
-                                     back, 2, &size),
-              kStoreMoreData);
+    EXPECT_EQ(readValue(u"\\Velmora", u"Bin", 2), kStoreMoreData);
     EXPECT_EQ(size, 3u);
-    EXPECT_EQ(this->store_.ReadValue(StoreRoot::CurrentUser, kBase + u"\\Velmora", u"Bin", &type,
-                                     back, 3, &size),
-              kStoreOk);
+    EXPECT_EQ(readValue(u"\\Velmora", u"Bin", 3), kStoreOk);
     EXPECT_EQ(back[2], 0xFF);
-    EXPECT_EQ(this->store_.ReadValue(StoreRoot::CurrentUser, kBase + u"\\Missing", u"Bin", &type,
-                                     back, 3, &size),
-              kStoreNotFound);
+    EXPECT_EQ(readValue(u"\\Missing", u"Bin", 3), kStoreNotFound);
     EXPECT_FALSE(this->store_.WriteValue(StoreRoot::CurrentUser, kBase + u"\\Missing", u"Bin",
                                          ValueType::Binary, bytes, 3));
 

@@ -133,10 +133,8 @@ inline void TapNotationRow(HWND window, HWND notation, int row) {
 }
 
 inline std::wstring SelectedRow(HWND list) {
-    wchar_t text[64] = {};
-    SendMessageW(list, LB_GETTEXT, SendMessageW(list, LB_GETCURSEL, 0, 0),
-                 reinterpret_cast<LPARAM>(text));
-    return text;
+    const LRESULT row = SendMessageW(list, LB_GETCURSEL, 0, 0);
+    return row >= 0 ? ListBoxRows(list).at(row) : L"<none>";
 }
 
 inline std::wstring WindowText(HWND window) {

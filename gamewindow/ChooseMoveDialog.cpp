@@ -9,6 +9,25 @@
 
 namespace velmora {
 
+void FillMoveList(HWND list, MoveNode* first) {
+    for (MoveNode* node = first; node != nullptr; node = node->nextAlternative) {
+        char16_t text[kSanBufferSize];
+        const int length = WriteSan(node, text, {.withNumber = true});
+        const std::wstring shown(text, text + length);
+        LRESULT row = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
+        SendMessageW(list, LB_SETITEMDATA, static_cast<WPARAM>(row),
+                     reinterpret_cast<LPARAM>(node));
+    }
+    SendMessageW(list, LB_SETCURSEL, 0, 0);
+}
+
+MoveNode* SelectedMove(HWND list) {
+    const LRESULT row = SendMessageW(list, LB_GETCURSEL, 0, 0);
+    if (row == LB_ERR) return nullptr;
+    return reinterpret_cast<MoveNode*>(
+        SendMessageW(list, LB_GETITEMDATA, static_cast<WPARAM>(row), 0));
+}
+
 ChooseMoveDialog::ChooseMoveDialog(MoveNode* first)
     : DialogBase(IDD_CHOOSE_MOVE, 0, 0), first_(first) {}
 
@@ -16,15 +35,7 @@ ChooseMoveDialog::ChooseMoveDialog(MoveNode* first)
 BOOL ChooseMoveDialog::OnInitDialog() {
     if (!DialogBase::OnInitDialog()) return FALSE;
     HWND list = GetDlgItem(window_, IDC_MOVE_LIST);
-    for (MoveNode* node = first_; node != nullptr; node = node->nextAlternative) {
-        char16_t text[kSanBufferSize];
-        int length = WriteSan(node, text, {.withNumber = true});
-        std::wstring shown(text, text + length);
-        LRESULT row = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
-        SendMessageW(list, LB_SETITEMDATA, static_cast<WPARAM>(row),
-                     reinterpret_cast<LPARAM>(node));
-    }
-    SendMessageW(list, LB_SETCURSEL, 0, 0);
+    FillMoveList(list, first_);
     SetFocus(list);
     return FALSE;
 }
@@ -33,12 +44,7 @@ BOOL ChooseMoveDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
     int id = LOWORD(wParam);
     bool doubleTap = id == IDC_MOVE_LIST && HIWORD(wParam) == LBN_DBLCLK;
     if (id == IDOK || doubleTap) {
-        HWND list = GetDlgItem(window_, IDC_MOVE_LIST);
-        LRESULT row = SendMessageW(list, LB_GETCURSEL, 0, 0);
-        if (row != LB_ERR) {
-            chosen_ = reinterpret_cast<MoveNode*>(
-                SendMessageW(list, LB_GETITEMDATA, static_cast<WPARAM>(row), 0));
-        }
+        chosen_ = SelectedMove(GetDlgItem(window_, IDC_MOVE_LIST));
         EndDialog(window_, 1);
         return TRUE;
     }

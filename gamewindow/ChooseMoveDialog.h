@@ -8,6 +8,12 @@ namespace velmora {
 
 class MoveNode;
 
+// Fills a list box with first and the alternatives after it (SAN with the move number), each
+// row carrying its node, and selects the first row.
+void FillMoveList(HWND list, MoveNode* first);
+// The node of the list box's selected row, or null.
+MoveNode* SelectedMove(HWND list);
+
 class ChooseMoveDialog : public DialogBase {
   public:
     // Lists first and the alternatives after it; the first row starts selected.

@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/Position.h"
+#include "gamewindow/ChooseMoveDialog.h"
 #include "resources/resource.h"
 
 namespace velmora {
@@ -17,16 +17,7 @@ NewLineDialog::NewLineDialog(Position& position)
 BOOL NewLineDialog::OnInitDialog() {
     if (!DialogBase::OnInitDialog()) return FALSE;
     HWND list = GetDlgItem(window_, IDC_OTHER_MOVES);
-    for (MoveNode* node = position_.FirstContinuation(); node != nullptr;
-         node = node->nextAlternative) {
-        char16_t text[kSanBufferSize];
-        const int length = WriteSan(node, text, {.withNumber = true});
-        const std::wstring shown(text, text + length);
-        LRESULT row = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
-        SendMessageW(list, LB_SETITEMDATA, static_cast<WPARAM>(row),
-                     reinterpret_cast<LPARAM>(node));
-    }
-    SendMessageW(list, LB_SETCURSEL, 0, 0);
+    FillMoveList(list, position_.FirstContinuation());
     SetFocus(list);
     return FALSE;
 }
@@ -37,12 +28,7 @@ BOOL NewLineDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
             choice_ = NewLineChoice::Add;
             break;
         case IDC_NEW_LINE_REPLACE: {
-            HWND list = GetDlgItem(window_, IDC_OTHER_MOVES);
-            LRESULT row = SendMessageW(list, LB_GETCURSEL, 0, 0);
-            if (row != LB_ERR) {
-                replaced_ = reinterpret_cast<MoveNode*>(
-                    SendMessageW(list, LB_GETITEMDATA, static_cast<WPARAM>(row), 0));
-            }
+            replaced_ = SelectedMove(GetDlgItem(window_, IDC_OTHER_MOVES));
             choice_ = NewLineChoice::Replace;
             break;
         }

@@ -26,7 +26,13 @@ const wchar_t* Shown(const OwnedText& text) {
     return text.Get() != nullptr ? reinterpret_cast<const wchar_t*>(text.Get()) : L"";
 }
 
+constexpr wchar_t kNoNameText[] = L"Type the name of a tag or choose one from the list first.";
+
 }  // namespace
+
+void TagsDialog::Warn(const std::wstring& text) {
+    MessageBoxW(window_, text.c_str(), L"Tags", MB_OK | MB_ICONWARNING);
+}
 
 TagsDialog::TagsDialog(Game& game)
     : DialogBase(IDD_TAGS, 0, pocketpc::kDoneButton), editor_(game) {}
@@ -113,15 +119,11 @@ void TagsDialog::SetTag() {
             SelectRow(editor_.RowOf(name));
             break;
         case TagEditor::Change::HeaderTag:
-            MessageBoxW(window_,
-                        (L"\"" + std::wstring(name.begin(), name.end()) +
-                         L"\" is written by the program itself: change it in the game headers.")
-                            .c_str(),
-                        L"Tags", MB_OK | MB_ICONWARNING);
+            Warn(L"\"" + std::wstring(name.begin(), name.end()) +
+                 L"\" is written by the program itself: change it in the game headers.");
             break;
         default:
-            MessageBoxW(window_, L"Type the name of a tag or choose one from the list first.",
-                        L"Tags", MB_OK | MB_ICONWARNING);
+            Warn(kNoNameText);
             break;
     }
 }
@@ -135,15 +137,10 @@ void TagsDialog::DeleteTag() {
             SelectRow(-1);
             break;
         case TagEditor::Change::NoSuchTag:
-            MessageBoxW(
-                window_,
-                (L"The game has no tag \"" + std::wstring(name.begin(), name.end()) + L"\".")
-                    .c_str(),
-                L"Tags", MB_OK | MB_ICONWARNING);
+            Warn(L"The game has no tag \"" + std::wstring(name.begin(), name.end()) + L"\".");
             break;
         default:
-            MessageBoxW(window_, L"Type the name of a tag or choose one from the list first.",
-                        L"Tags", MB_OK | MB_ICONWARNING);
+            Warn(kNoNameText);
             break;
     }
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "models/TagEditor.h"
 #include "ui/DialogBase.h"
@@ -23,6 +24,7 @@ class TagsDialog : public DialogBase {
     void ShowRow(int row, bool insert);
     void SelectRow(int row);
     void FitList();
+    void Warn(const std::wstring& text);
 
     TagEditor editor_;
 };

@@ -187,8 +187,9 @@ int Save(Game& game, MessageOwner ownerWindow, platform::FileSystem& fileSystem)
         return result == 1 ? 0 : Outcome(result, ownerWindow);
     }
     if (!SavedTextIntact(game, fileSystem)) {
-        const std::u16string text =
-            u"'" + PathOf(game) +
+        std::u16string text = u"'";
+        text += PathOf(game);
+        text +=
             u"' has been changed by another program since the game was loaded. Saving in "
             u"place could damage the games stored in it.\n\nDo you want to save the game in "
             u"another file?";

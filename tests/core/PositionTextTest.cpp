@@ -47,6 +47,10 @@ TEST(PositionText, FieldsReadAndWrittenBack) {
     PositionValue passant = FromText("4k3/8/8/8/8/8/8/4K3 w - e6 0 1");
     ASSERT_TRUE(ReadPositionText(u"4k3/8/8/8/8/8/8/4K3 w - - 0 1", &passant));
     EXPECT_EQ(passant.enPassant, kNoSquare);
+    // Intended: a text that ends before its en-passant field leaves the square as it was.
+    passant.enPassant = 20;
+    ASSERT_TRUE(ReadPositionText(u"4k3/8/8/8/8/8/8/4K3 b", &passant));
+    EXPECT_EQ(passant.enPassant, 20);
 }
 
 // Intended: the rank digit of an en-passant field is only range-checked; the letter alone gives

@@ -113,7 +113,7 @@ std::int32_t SaveToChosenTarget(Game& game, MessageOwner ownerWindow,
     std::u16string path;
     GameView* observer = game.PrimaryObserver();
     if (observer == nullptr || !observer->ChooseSaveTarget(&path)) return 1;
-    if (path.starts_with(u"\\\\")) path.erase(0, 1);
+    path = WithoutDoubleBackslash(path);
     auto index = std::make_unique<GameIndex>(path.c_str());
     const std::int32_t result = AppendTo(game, ownerWindow, *index, fileSystem);
     game.savedIndex = std::move(index);
@@ -140,6 +140,11 @@ int Outcome(std::int32_t result, MessageOwner ownerWindow) {
 }
 
 }  // namespace
+
+std::u16string WithoutDoubleBackslash(std::u16string path) {
+    if (path.starts_with(u"\\\\")) path.erase(0, 1);
+    return path;
+}
 
 // Makes gameFile the game's owner and its path the game's, then writes the game behind the
 // file's text, after one CR LF, or as a new file.

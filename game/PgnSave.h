@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "game/UserMessages.h"
 #include "platform/File.h"
@@ -12,6 +13,9 @@ class Game;
 class GameIndex;
 
 constexpr std::int32_t kSaveFailed = static_cast<std::int32_t>(0x80004005);  // E_FAIL
+
+// Drops the first of two leading backslashes, which the file pickers can return for a path.
+std::u16string WithoutDoubleBackslash(std::u16string path);
 
 // Appends the game to the index's file (created when missing) and tells the index. Returns 0
 // or kSaveFailed after reporting the failure to the user.

@@ -438,8 +438,8 @@ void BoardView::SetGlyph(int nag) {
     notation_.RefreshRow(node, true);
 }
 
-// Stores the evaluation symbol of the current position: 11 for "(none)", kept so although
-// a position read from a file without one holds 0.
+// Stores the evaluation symbol of the current position: "(none)" stores 11, kept as it is
+// although a position read from a file without a symbol holds 0.
 void BoardView::SetEvaluation(int evaluation) {
     game_.Current()->Value().evaluation = static_cast<std::uint8_t>(evaluation);
     game_.modified = 1;

@@ -7,14 +7,20 @@
 
 namespace velmora {
 
-std::u16string CommentFromEditor(const std::wstring& text) {
+namespace {
+
+// The text of the editor as a comment: line breaks become blanks, as a comment read from a
+// file has them.
+std::u16string CommentFromEditor(const std::u16string& text) {
     std::u16string comment;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == L'\r' && i + 1 < text.size() && text[i + 1] == L'\n') continue;
-        comment += text[i] == L'\r' || text[i] == L'\n' ? u' ' : static_cast<char16_t>(text[i]);
+        if (text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') continue;
+        comment += text[i] == u'\r' || text[i] == u'\n' ? u' ' : text[i];
     }
     return comment;
 }
+
+}  // namespace
 
 CommentDialog::CommentDialog(Position& position)
     : DialogBase(IDD_COMMENT, IDM_COMMENT, 0), position_(position) {}
@@ -41,11 +47,7 @@ void CommentDialog::FitText() {
 }
 
 void CommentDialog::Store() {
-    HWND text = GetDlgItem(window_, IDC_COMMENT_TEXT);
-    std::wstring typed(static_cast<std::size_t>(GetWindowTextLengthW(text)) + 1, L'\0');
-    typed.resize(static_cast<std::size_t>(
-        GetWindowTextW(text, typed.data(), static_cast<int>(typed.size()))));
-    const std::u16string comment = CommentFromEditor(typed);
+    const std::u16string comment = CommentFromEditor(ControlText(window_, IDC_COMMENT_TEXT));
     if (comment.empty()) {
         position_.SetComment(static_cast<const char16_t*>(nullptr));
     } else {

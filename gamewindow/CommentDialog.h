@@ -26,8 +26,4 @@ class CommentDialog : public DialogBase {
     std::wstring original_;
 };
 
-// The text of the editor as a comment: line breaks become blanks, as a comment read from a
-// file has them, and an empty text is no comment.
-std::u16string CommentFromEditor(const std::wstring& text);
-
 }  // namespace velmora

@@ -21,12 +21,6 @@ namespace {
 constexpr int kResultButtons[4] = {IDC_RESULT_WHITE_WINS, IDC_RESULT_DRAW, IDC_RESULT_BLACK_WINS,
                                    IDC_RESULT_LINE};
 
-std::u16string ControlText(HWND dialog, int id) {
-    wchar_t text[kHeaderFieldLength + 1] = {};
-    GetDlgItemTextW(dialog, id, text, kHeaderFieldLength + 1);
-    return reinterpret_cast<const char16_t*>(text);
-}
-
 // Fills a name box with the recent names, newest first (the box sorts them), and the game's.
 void FillNameBox(HWND dialog, int id, const RecentList* recent, const std::u16string& value) {
     HWND box = GetDlgItem(dialog, id);

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "game/PgnSave.h"
 #include "models/SaveTargets.h"
 #include "models/Settings.h"
 #include "resources/resource.h"

@@ -74,8 +74,7 @@ SetupBoardDialog::SetupBoardDialog(Game& game, const Position* source, bool fixe
 BOOL SetupBoardDialog::OnInitDialog() {
     if (!DialogBase::OnInitDialog()) return FALSE;
     renderer_.Attach(window_, BoardPlacement{kSquare, 3, 3, false}, SmallPieces());
-    bool castling[4] = {true, true, true, true};
-    ShowChoices(castling, true, 1);
+    ShowChoices(SetupChoices{});
     SendDlgItemMessageW(window_, IDC_MOVE_NUMBER_SPIN, UDM_SETRANGE32, 1, 255);
     EnableWindow(GetDlgItem(window_, IDC_SETUP_COPY), source_ != nullptr);
     if (fixedState_) {
@@ -85,12 +84,16 @@ BOOL SetupBoardDialog::OnInitDialog() {
     return TRUE;
 }
 
-void SetupBoardDialog::ShowChoices(bool castling[4], bool whiteToPlay, unsigned moveNumber) {
+void SetupBoardDialog::ShowCastling(const bool castling[4]) {
     for (int i = 0; i < 4; ++i)
         CheckDlgButton(window_, kCastlingBoxes[i], castling[i] ? BST_CHECKED : BST_UNCHECKED);
-    CheckDlgButton(window_, IDC_WHITE_TO_PLAY, whiteToPlay ? BST_CHECKED : BST_UNCHECKED);
-    CheckDlgButton(window_, IDC_BLACK_TO_PLAY, whiteToPlay ? BST_UNCHECKED : BST_CHECKED);
-    SetDlgItemInt(window_, IDC_MOVE_NUMBER, moveNumber, FALSE);
+}
+
+void SetupBoardDialog::ShowChoices(const SetupChoices& choices) {
+    ShowCastling(choices.castling);
+    CheckDlgButton(window_, IDC_WHITE_TO_PLAY, choices.whiteToPlay ? BST_CHECKED : BST_UNCHECKED);
+    CheckDlgButton(window_, IDC_BLACK_TO_PLAY, choices.whiteToPlay ? BST_UNCHECKED : BST_CHECKED);
+    SetDlgItemInt(window_, IDC_MOVE_NUMBER, choices.moveNumber, FALSE);
 }
 
 // Places the selected piece on the tapped square, or takes it away when it stands there.
@@ -129,10 +132,7 @@ bool SetupBoardDialog::Accept() {
     const SetupVerdict verdict = ValidateSetup(edited_.Value(), choices);
     // A board without its kings fails before the castling rights are looked at: the boxes
     // come back as they were and there is no warning.
-    for (int i = 0; i < 4; ++i) {
-        CheckDlgButton(window_, kCastlingBoxes[i],
-                       verdict.castling[i] ? BST_CHECKED : BST_UNCHECKED);
-    }
+    ShowCastling(verdict.castling);
     if (!verdict.castlingWarning.empty()) {
         MessageBoxW(window_, reinterpret_cast<const wchar_t*>(verdict.castlingWarning.c_str()),
                     L"Setup board", MB_OK | MB_ICONWARNING);
@@ -188,13 +188,7 @@ BOOL SetupBoardDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
         case IDC_SETUP_COPY:
             if (source_ == nullptr) return TRUE;
             edited_.CopyFrom(*source_);
-            {
-                const SetupChoices shown = ChoicesShowing(edited_.Value());
-                bool castling[4];
-                for (int i = 0; i < 4; ++i)
-                    castling[i] = shown.castling[i];
-                ShowChoices(castling, shown.whiteToPlay, shown.moveNumber);
-            }
+            ShowChoices(ChoicesShowing(edited_.Value()));
             InvalidateRect(window_, nullptr, TRUE);
             return TRUE;
         case IDOK:

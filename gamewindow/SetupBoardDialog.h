@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/ChessTypes.h"
+#include "core/PositionSetup.h"
 #include "gamewindow/BoardRenderer.h"
 #include "ui/DialogBase.h"
 
@@ -26,7 +27,8 @@ class SetupBoardDialog : public DialogBase {
     PieceCode SelectedPiece() const { return selected_; }
 
   private:
-    void ShowChoices(bool castling[4], bool whiteToPlay, unsigned moveNumber);
+    void ShowChoices(const SetupChoices& choices);
+    void ShowCastling(const bool castling[4]);
     void Tap(int x, int y);
     void DrawPieceButton(const DRAWITEMSTRUCT& item);
     bool Accept();

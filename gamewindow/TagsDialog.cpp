@@ -14,14 +14,6 @@
 namespace velmora {
 namespace {
 
-std::u16string ControlText(HWND dialog, int id) {
-    HWND control = GetDlgItem(dialog, id);
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
-    return std::u16string(text.begin(), text.end());
-}
-
 const wchar_t* Shown(const OwnedText& text) {
     return text.Get() != nullptr ? reinterpret_cast<const wchar_t*>(text.Get()) : L"";
 }

@@ -38,9 +38,4 @@ std::vector<ButtonBox> StackButtons(const std::vector<ButtonBox>& sizes, int cli
     return placed;
 }
 
-std::u16string WithoutDoubleBackslash(std::u16string path) {
-    if (path.starts_with(u"\\\\")) path.erase(0, 1);
-    return path;
-}
-
 }  // namespace velmora

@@ -32,7 +32,4 @@ struct ButtonBox {
 // y = 3, each next one 2 pixels below the one before.
 std::vector<ButtonBox> StackButtons(const std::vector<ButtonBox>& sizes, int clientWidth);
 
-// Drops the first of two leading backslashes ("\\\\server" paths from the file pickers).
-std::u16string WithoutDoubleBackslash(std::u16string path);
-
 }  // namespace velmora

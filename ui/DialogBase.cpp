@@ -194,6 +194,14 @@ void LayoutFromTemplate(HINSTANCE module, HWND dialog, int templateId) {
     if (positions != nullptr) EndDeferWindowPos(positions);
 }
 
+std::u16string ControlText(HWND dialog, int id) {
+    HWND control = GetDlgItem(dialog, id);
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(
+        GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
+    return std::u16string(text.begin(), text.end());
+}
+
 void ShowWaitCursor(bool on) {
     static HCURSOR wait = LoadCursorW(nullptr, IDC_WAIT);
     SetCursor(on ? wait : nullptr);

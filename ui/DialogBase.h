@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace velmora {
 
 class DialogBase {
@@ -43,6 +45,9 @@ class DialogBase {
 // Lays the dialog's controls out again from the template templateId of module (all but
 // control 1108), applying the template's titles to buttons and static texts.
 void LayoutFromTemplate(HINSTANCE module, HWND dialog, int templateId);
+
+// The whole text of a dialog's control.
+std::u16string ControlText(HWND dialog, int id);
 
 // Shows the system's wait cursor, or takes the cursor away.
 void ShowWaitCursor(bool on);

@@ -9,6 +9,7 @@
 #include "PgnTestSupport.h"
 #include "core/PositionText.h"
 #include "game/Game.h"
+#include "game/PgnSave.h"
 #include "models/GameHeadersForm.h"
 #include "models/MaterialBalance.h"
 #include "models/SaveTargets.h"

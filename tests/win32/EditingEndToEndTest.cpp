@@ -166,6 +166,17 @@ class EditingEndToEnd : public EndToEnd {
             << from << "-" << to << ": " << testing::PrintToString(NotationRows(game));
     }
 
+    // Taps from and to on the game window, then waits for the dialog titled title that the
+    // move asks with.
+    HWND TapIntoDialog(const Started& process, HWND game, const char* from, const char* to,
+                       const wchar_t* title) {
+        Tap(game, SquareOnBoard(game, from));
+        Tap(game, SquareOnBoard(game, to));
+        HWND dialog = WaitFor(process, [&] { return DialogTitled(process.id, title); });
+        EXPECT_NE(dialog, nullptr) << "no dialog " << testing::PrintToString(std::wstring(title));
+        return dialog;
+    }
+
     // Waits for a message box titled caption, returns its text and answers it.
     std::wstring Answer(const Started& process, const wchar_t* caption, int answer,
                         const wchar_t* photo = nullptr) {
@@ -230,10 +241,8 @@ TEST_F(EditingEndToEnd, EntersAndAnnotatesAGameSavesItAsANewFileAndAppendsASecon
     // Back to 1... e5: 2. Bc4 is a new line, added as a variation.
     Command(game, ID_PREVIOUS_MOVE);
     Command(game, ID_PREVIOUS_MOVE);
-    Tap(game, SquareOnBoard(game, "f1"));
-    Tap(game, SquareOnBoard(game, "c4"));
-    HWND newLine = WaitFor(program, [&] { return DialogTitled(program.id, L"New line"); });
-    ASSERT_NE(newLine, nullptr) << "no New line dialog";
+    HWND newLine = TapIntoDialog(program, game, "f1", "c4", L"New line");
+    ASSERT_NE(newLine, nullptr);
     Photograph(newLine, L"e2e-new-line");
     Command(newLine, IDC_NEW_LINE_ADD);
     EXPECT_TRUE(WaitUntil(program, [&] { return NotationRows(game).size() == 6; }));
@@ -241,9 +250,7 @@ TEST_F(EditingEndToEnd, EntersAndAnnotatesAGameSavesItAsANewFileAndAppendsASecon
 
     // Back again: 2. Nc3 replaces the variation 2. Bc4, picked in the list.
     Command(game, ID_PREVIOUS_MOVE);
-    Tap(game, SquareOnBoard(game, "b1"));
-    Tap(game, SquareOnBoard(game, "c3"));
-    newLine = WaitFor(program, [&] { return DialogTitled(program.id, L"New line"); });
+    newLine = TapIntoDialog(program, game, "b1", "c3", L"New line");
     ASSERT_NE(newLine, nullptr);
     DWORD_PTR ignored = 0;
     SendMessageTimeoutW(GetDlgItem(newLine, IDC_OTHER_MOVES), LB_SETCURSEL, 1, 0, SMTO_ABORTIFHUNG,
@@ -364,10 +371,8 @@ TEST_F(EditingEndToEnd, EntersAndAnnotatesAGameSavesItAsANewFileAndAppendsASecon
                    : nullptr;
     });
     ASSERT_NE(game, nullptr) << "the set-up game did not open";
-    Tap(game, SquareOnBoard(game, "b7"));
-    Tap(game, SquareOnBoard(game, "b8"));
-    HWND promotion = WaitFor(program, [&] { return DialogTitled(program.id, L"Promotion in"); });
-    ASSERT_NE(promotion, nullptr) << "no promotion dialog";
+    HWND promotion = TapIntoDialog(program, game, "b7", "b8", L"Promotion in");
+    ASSERT_NE(promotion, nullptr);
     Photograph(promotion, L"e2e-promotion");
     Command(promotion, IDC_PROMOTE_KNIGHT);
     EXPECT_TRUE(WaitUntil(program, [&] { return NotationRows(game).size() == 2; }));

@@ -157,6 +157,7 @@
 #define IDC_PROMOTE_ROOK 1102
 #define IDC_PROMOTE_KNIGHT 1103
 #define IDC_PROMOTE_BISHOP 1104
+#define IDC_PROMOTION_LABEL 1107
 
 // Controls of both About templates (same ids, so a turn of the screen can move them)
 #define IDC_ABOUT_ICON 1110

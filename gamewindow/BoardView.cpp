@@ -15,9 +15,11 @@
 #include "gamewindow/GameHeadersDialog.h"
 #include "gamewindow/MaterialDialog.h"
 #include "gamewindow/NewLineDialog.h"
+#include "gamewindow/OptionsSheet.h"
 #include "gamewindow/PromotionDialog.h"
 #include "gamewindow/SaveTargetDialog.h"
 #include "gamewindow/SetupBoardDialog.h"
+#include "models/OptionsForm.h"
 #include "models/Settings.h"
 #include "resources/resource.h"
 #include "ui/AboutDialog.h"
@@ -179,6 +181,35 @@ void BoardView::PlaceChildren() {
     InvalidateRect(window_, nullptr, TRUE);
 }
 
+// The sheet leaves its edits in the settings even when cancelled, so the window follows them
+// either way.
+void BoardView::RunOptions() {
+    Settings* settings = App().settings;
+    if (settings == nullptr) return;
+    const std::uint32_t layoutBefore = settings->layout;
+    const std::uint32_t piecesBefore = settings->bitmapIndex;
+    RunOptionsSheet(window_, *settings);
+    switch (EffectOfOptions(layoutBefore, piecesBefore, *settings)) {
+        case OptionsEffect::kRelayout:
+            ComputeLayout();
+            PlaceChildren();
+            break;
+        case OptionsEffect::kNewPieceImages:
+            board_.SetLayout(layout_.squareSize, layout_.boardLeft,
+                             App().drawing != nullptr
+                                 ? App().drawing->Pieces(static_cast<int>(settings->bitmapIndex),
+                                                         layout_.squareSize)
+                                 : nullptr);
+            break;
+        case OptionsEffect::kNone:
+            break;
+    }
+    // The comment marks of the move list may have been turned on or off.
+    notation_.Rebuild(nullptr);
+    notation_.SelectNode(game_.Current()->ArrivalNode());
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
 void BoardView::DrawIndicator(HDC dc) {
     if (App().drawing == nullptr || App().drawing->indicators == nullptr) return;
     bool whiteToMove = game_.Current()->SideToMove() == kWhite;
@@ -303,6 +334,9 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
         }
         case ID_ABOUT:
             ShowAboutDialog(window_);
+            return TRUE;
+        case ID_OPTIONS:
+            RunOptions();
             return TRUE;
         case ID_FLIP_BOARD:
             board_.SetFlipped(!board_.Flipped());

@@ -69,6 +69,9 @@ class BoardView : public DialogBase, public GameView, private MoveEntryHost {
     void DeleteMove();
     void EditComment();
     void NewPosition();
+    // Runs the options sheet and lays the window out again, or gives the board its new piece
+    // images, as the changed settings need.
+    void RunOptions();
 
     int exitCommand_ = 0;
     Game& game_;

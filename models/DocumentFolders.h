@@ -40,6 +40,9 @@ class DocumentFolders {
     void StartIn(const std::u16string& folder);
     // Searches the folders again and lists the rows of the folder shown.
     void Refresh();
+    // Lists the files of another pattern ("*.*" for all files) from the next Refresh on.
+    void SetPattern(std::u16string pattern) { pattern_ = std::move(pattern); }
+    const std::u16string& Pattern() const { return pattern_; }
     // Takes a chooser entry: 0 for all folders, n for Folders()[n - 1]; lists its rows.
     void Choose(int entry);
 

@@ -26,6 +26,12 @@
 #define IDD_SETUP_LANDSCAPE 151
 #define IDD_GAME_WINDOW 141
 #define IDD_ABOUT_LANDSCAPE 149
+#define IDD_OPTIONS_STARTUP 142
+#define IDD_OPTIONS_DISPLAY 143
+#define IDD_OPTIONS_COLORS 144
+#define IDD_SEARCH 146
+#define IDD_SEARCH_LANDSCAPE 152
+#define IDD_SEARCH_MATERIAL 153
 
 // Bitmaps: twelve piece images side by side per piece set, toolbars and two small strips
 #define IDB_DIAGRAM_LARGE 113
@@ -229,5 +235,66 @@
 #define IDC_COMMENT_TEXT 1050
 #define IDC_MATERIAL_ON_BOARD 1051
 #define IDC_MATERIAL_TAKEN 1052
+
+// Game search (146, 152)
+#define IDC_SEARCH_WHITE 1018
+#define IDC_SEARCH_BLACK 40125
+#define IDC_IGNORE_COLORS 1013
+#define IDC_SEARCH_RESULT 40126
+#define IDC_SEARCH_ECO 1020
+#define IDC_ECO_WARNING 1083
+#define IDC_SEARCH_POSITION 1084
+#define IDC_EDIT_POSITION 1085
+#define IDC_SEARCH_MATERIAL 1086
+#define IDC_EDIT_MATERIAL 1087
+#define IDC_SEARCH_RUN 1088
+#define IDC_FILE_PROGRESS 1089
+#define IDC_FILE_NAME 1092
+#define IDC_FILES_PROGRESS 1093
+#define IDC_FILES_TO_PARSE 1094
+#define IDC_SEARCH_WHITE_LABEL 1096
+#define IDC_SEARCH_BLACK_LABEL 1097
+#define IDC_SEARCH_RESULT_LABEL 1098
+#define IDC_SEARCH_ECO_LABEL 1099
+
+// Material wanted by a search (153): the white counts pawn to queen, then the black ones, each
+// box followed by its spin button
+#define IDC_WANTED_FIRST 1200  // to 1209: white pawns, rooks, knights, bishops, queens, black ...
+#define IDC_WANTED_SPIN_FIRST 1210  // to 1219
+
+// Options: Display (143)
+#define IDC_LAYOUT_LABEL 1118
+#define IDC_LAYOUT 1119
+#define IDC_PIECES_LABEL 1120
+#define IDC_PIECE_SET 1080
+#define IDC_DISPLAY_ARROW 1013
+#define IDC_INDICATE_COMMENT 1012
+// Options: Startup (142)
+#define IDC_STARTUP_DISPLAY_LIST 1004
+#define IDC_STARTUP_OPEN_LAST 1005
+#define IDC_STARTUP_NEW_GAME_ALT 1006
+#define IDC_STARTUP_NEW_GAME 1008
+#define IDC_STARTUP_CHECK_ASSOC 1013
+#define IDC_STARTUP_EXTRA 1015
+// Options: Colors (144): red, green and blue boxes, each with its spin button
+#define IDC_WHITE_RED 1055
+#define IDC_WHITE_RED_SPIN 1056
+#define IDC_WHITE_GREEN 1057
+#define IDC_WHITE_GREEN_SPIN 1058
+#define IDC_WHITE_BLUE 1059
+#define IDC_WHITE_BLUE_SPIN 1060
+#define IDC_BLACK_RED 1045
+#define IDC_BLACK_RED_SPIN 1043
+#define IDC_BLACK_GREEN 1046
+#define IDC_BLACK_GREEN_SPIN 1044
+#define IDC_BLACK_BLUE 1047
+#define IDC_BLACK_BLUE_SPIN 1048
+#define IDC_SELECT_RED 1049
+#define IDC_SELECT_RED_SPIN 1050
+#define IDC_SELECT_GREEN 1051
+#define IDC_SELECT_GREEN_SPIN 1052
+#define IDC_SELECT_BLUE 1053
+#define IDC_SELECT_BLUE_SPIN 1054
+#define IDC_COLORS_RESTORE 1012
 
 #endif

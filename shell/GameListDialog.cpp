@@ -72,48 +72,58 @@ BOOL GameListDialog::OnInitDialog() {
     return TRUE;
 }
 
-// Rescans the file and lists its games in file order.
+// Rescans the file and lists its games in file order. The list holds no texts of its own: it
+// asks for those of the rows it shows.
 void GameListDialog::Fill() {
     SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
     ListView_DeleteAllItems(list_);
     ShowWaitCursor(true);
     index_.Load();
     ShowWaitCursor(false);
-    for (GameRow game : index_) {
-        std::wstring white = platform::win32::ToWin32(CellText(game, 0));
-        LVITEMW item{};
-        item.mask = LVIF_TEXT | LVIF_PARAM;
-        item.iItem = 99999;
-        item.pszText = white.data();
-        item.lParam = static_cast<LPARAM>(game.Position());
-        int row = static_cast<int>(
-            SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-        for (int column = 1; column < kGameListColumnCount; ++column) {
-            if (column == 3 && !game.Has(RowField::Eco)) continue;
-            std::wstring text = platform::win32::ToWin32(CellText(game, column));
-            LVITEMW sub{};
-            sub.iSubItem = column;
-            sub.pszText = text.data();
-            SendMessageW(list_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row),
-                         reinterpret_cast<LPARAM>(&sub));
-        }
-    }
+    rows_.resize(static_cast<std::size_t>(index_.Size()));
+    for (int position = 0; position < index_.Size(); ++position)
+        rows_[static_cast<std::size_t>(position)] = position;
+    ListView_SetItemCountEx(list_, index_.Size(), 0);
     SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list_, nullptr, TRUE);
 }
 
-// Items carry their game's position in the index; self is the dialog.
-int CALLBACK GameListDialog::Compare(LPARAM a, LPARAM b, LPARAM self) {
-    const auto* dialog = reinterpret_cast<const GameListDialog*>(self);
-    return CompareRows(dialog->index_.At(static_cast<int>(a)),
-                       dialog->index_.At(static_cast<int>(b)), dialog->sort_.Key());
+void GameListDialog::ProvideText(NMLVDISPINFOW& request) {
+    LVITEMW& item = request.item;
+    if (item.iItem < 0 || item.iItem >= static_cast<int>(rows_.size())) return;
+    if ((item.mask & LVIF_PARAM) != 0) item.lParam = rows_[static_cast<std::size_t>(item.iItem)];
+    if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return;
+    const GameRow game = index_.At(rows_[static_cast<std::size_t>(item.iItem)]);
+    std::wstring text;
+    // A game without an ECO tag leaves its cell empty.
+    if (item.iSubItem != kColumnEco || game.Has(RowField::Eco)) {
+        text = platform::win32::ToWin32(CellText(game, item.iSubItem));
+    }
+    lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
 }
 
-// Sorts by column: a new column sorts ascending, the same column again flips the order.
+// Sorts by column: a new column sorts ascending, the same column again flips the order. Games
+// that compare equal keep the order they had.
 void GameListDialog::SortBy(int column) {
-    sort_.TapColumn(column);
-    SendMessageW(list_, LVM_SORTITEMS, reinterpret_cast<WPARAM>(this),
-                 reinterpret_cast<LPARAM>(Compare));
+    const int key = sort_.TapColumn(column);
+    std::vector<GameRow> games;
+    games.reserve(rows_.size());
+    for (int position : rows_)
+        games.push_back(index_.At(position));
+    SortRows(games, key);
+    for (std::size_t i = 0; i < games.size(); ++i)
+        rows_[i] = games[i].Position();
+    InvalidateRect(list_, nullptr, TRUE);
+}
+
+void GameListDialog::Choose(int item) {
+    if (item < 0 || item >= static_cast<int>(rows_.size())) return;
+    const GameRow game = index_.At(rows_[static_cast<std::size_t>(item)]);
+    if (!game) return;
+    chosen_ = game.Position();
+    if (offsetOut_ != nullptr) *offsetOut_ = game.Offset();
+    if (countOut_ != nullptr) *countOut_ = index_.Count();
+    EndDialog(window_, 1);
 }
 
 // The list keeps its top edge and fills the rest of the dialog above the menu bar.
@@ -139,20 +149,12 @@ INT_PTR GameListDialog::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
                 SortBy(reinterpret_cast<NMLISTVIEW*>(lParam)->iSubItem);
                 return TRUE;
             }
+            if (header->code == LVN_GETDISPINFOW) {
+                ProvideText(*reinterpret_cast<NMLVDISPINFOW*>(lParam));
+                return TRUE;
+            }
             if (header->code == LVN_ITEMACTIVATE) {
-                auto* activate = reinterpret_cast<NMITEMACTIVATE*>(lParam);
-                LVITEMW item{};
-                item.mask = LVIF_PARAM;
-                item.iItem = activate->iItem;
-                GameRow game;
-                if (activate->iItem >= 0 &&
-                    SendMessageW(list_, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)) &&
-                    (game = index_.At(static_cast<int>(item.lParam)))) {
-                    chosen_ = game.Position();
-                    if (offsetOut_ != nullptr) *offsetOut_ = game.Offset();
-                    if (countOut_ != nullptr) *countOut_ = index_.Count();
-                    EndDialog(window_, 1);
-                }
+                Choose(reinterpret_cast<NMITEMACTIVATE*>(lParam)->iItem);
                 return TRUE;
             }
             break;

@@ -1,7 +1,12 @@
 // GameListDialog: the games of one file in a sortable list; a tap on a game chooses it.
 #pragma once
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <cstdint>
+#include <vector>
 
 #include "game/GameListOrder.h"
 #include "ui/DialogBase.h"
@@ -32,7 +37,9 @@ class GameListDialog : public DialogBase {
     void Fill();
     void SortBy(int column);
     void Layout();
-    static int CALLBACK Compare(LPARAM a, LPARAM b, LPARAM key);
+    // Gives the list the text of a cell it is about to show.
+    void ProvideText(NMLVDISPINFOW& request);
+    void Choose(int item);
 
     GameIndex& index_;
     std::uint32_t* offsetOut_ = nullptr;
@@ -40,6 +47,8 @@ class GameListDialog : public DialogBase {
     HWND list_ = nullptr;
     int listTop_ = 0;
     GameListSort sort_;
+    // The games in the order the list shows them, by their position in the index.
+    std::vector<int> rows_;
     int chosen_ = -1;
 };
 

@@ -3,10 +3,12 @@
 
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
+#include "gamewindow/OptionsSheet.h"
 #include "gamewindow/SetupBoardDialog.h"
 #include "models/Settings.h"
 #include "resources/resource.h"
 #include "shell/GameListDialog.h"
+#include "shell/SearchDialog.h"
 #include "ui/AboutDialog.h"
 #include "ui/Application.h"
 #include "ui/DeviceFrame.h"
@@ -105,6 +107,8 @@ void MainWindow::CreateDocumentList() {
     create.filterName = App().french ? L"Fichiers PGN" : L"PGN files";
     create.filterPattern = L"*.pgn";
     create.controlId = kDocListId;
+    create.otherFilterName = App().french ? L"Tous les fichiers" : L"All files";
+    create.otherFilterPattern = L"*.*";
     docList_ = pocketpc::CreateDocList(create);
     if (docList_ == nullptr) {
         MessageBoxW(window_, L"Unable to create document list", L"Fatal error", MB_ICONERROR);
@@ -236,6 +240,38 @@ void MainWindow::ShowGameWindow() {
     }
 }
 
+// Searches the files the document list shows; a found game that is chosen opens in the game
+// window with its file, which is read again for the game's number (for "Open Next") and for
+// how many games it holds (which decides how saving writes the game back).
+void MainWindow::Search() {
+    std::vector<std::u16string> paths;
+    if (docList_ != nullptr) {
+        for (const std::wstring& path : pocketpc::DocListFiles(docList_))
+            paths.push_back(Utf16(path.c_str()));
+    }
+    SearchDialog dialog(std::move(paths));
+    if (dialog.Run(window_) != 1) return;
+    auto file = std::make_unique<GameIndex>(dialog.ChosenPath().c_str());
+    if (file->Load() == 0) return;
+    int number = 0;
+    for (GameRow row : *file) {
+        if (row.Offset() == dialog.ChosenOffset()) {
+            number = row.Position() + 1;
+            break;
+        }
+    }
+    auto game = std::make_unique<Game>(file.get());
+    PgnOutcome outcome = LoadGame(*game, OwnerOf(window_), dialog.ChosenOffset(), file->Count());
+    if (!outcome.Ok()) {
+        ShowLoadError(outcome, u"Unable to load game", OwnerOf(window_));
+        return;
+    }
+    game_ = std::move(game);
+    file_ = std::move(file);
+    index_ = number;
+    ShowGameWindow();
+}
+
 void MainWindow::OnCommand(int id) {
     switch (id) {
         case ID_NEW_GAME:
@@ -255,6 +291,12 @@ void MainWindow::OnCommand(int id) {
         }
         case ID_SHOW_GAME_AGAIN:
             ShowGameWindow();
+            break;
+        case ID_SEARCH:
+            Search();
+            break;
+        case ID_OPTIONS:
+            if (App().settings != nullptr) RunOptionsSheet(window_, *App().settings);
             break;
         case ID_ABOUT:
             ShowAboutDialog(window_);
@@ -289,7 +331,6 @@ void MainWindow::OnCommand(int id) {
             }
             break;
         default:
-            // Search, import and the options come with their own dialogs.
             break;
     }
 }

@@ -47,6 +47,7 @@ class MainWindow {
     // Returns the game (null when nothing was chosen or loading failed) and its number.
     std::unique_ptr<Game> ChooseAndLoad(GameIndex& file, int* number, bool reportFailure);
     void ShowGameWindow();
+    void Search();
     void ShowAbout();
 
     HWND window_ = nullptr;

@@ -21,10 +21,19 @@ using platform::win32::ToWin32;
 constexpr wchar_t kDocListClass[] = L"VelmoraDocList";
 constexpr int kFolderComboId = 1;
 constexpr int kFileListId = 2;
+constexpr int kFilterComboId = 3;
+constexpr int kFilterComboWidth = 76;
+
+struct Filter {
+    std::wstring name;
+    std::wstring pattern;
+};
 
 struct DocList {
     HWND combo = nullptr;
+    HWND filterCombo = nullptr;  // only with a second filter
     HWND list = nullptr;
+    std::vector<Filter> filters;
     int controlId = 0;
     std::wstring allFoldersText;
     std::unique_ptr<DocumentFolders> folders;
@@ -72,6 +81,20 @@ void ShowRows(DocList& doc) {
     InvalidateRect(doc.list, nullptr, TRUE);
 }
 
+// Lists the files of filter entry (0 the first filter), names the list's column after it and
+// searches the folders again.
+void ChooseFilter(DocList& doc, int entry) {
+    if (entry < 0 || entry >= static_cast<int>(doc.filters.size())) return;
+    doc.folders->SetPattern(FromWin32(doc.filters[entry].pattern.c_str()));
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT;
+    column.pszText = doc.filters[entry].name.data();
+    SendMessageW(doc.list, LVM_SETCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+    doc.folders->Refresh();
+    ShowFolders(doc);
+    ShowRows(doc);
+}
+
 void Notify(HWND window, DocList& doc, UINT code, const std::u16string& path) {
     DocListNotify notify{};
     notify.header.hwndFrom = window;
@@ -88,7 +111,12 @@ void LayoutDocList(HWND window, DocList& doc) {
     RECT comboRect{};
     GetWindowRect(doc.combo, &comboRect);
     int comboHeight = comboRect.bottom - comboRect.top;
-    MoveWindow(doc.combo, 2, 2, client.right - 4, 200, TRUE);
+    int filterWidth = doc.filterCombo != nullptr ? kFilterComboWidth + 2 : 0;
+    MoveWindow(doc.combo, 2, 2, client.right - 4 - filterWidth, 200, TRUE);
+    if (doc.filterCombo != nullptr) {
+        MoveWindow(doc.filterCombo, client.right - 2 - kFilterComboWidth, 2, kFilterComboWidth, 120,
+                   TRUE);
+    }
     MoveWindow(doc.list, 0, comboHeight + 4, client.right,
                std::max<int>(0, client.bottom - comboHeight - 4), TRUE);
     int sizeWidth = 60;
@@ -112,6 +140,12 @@ LRESULT CALLBACK DocListProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
             }
             return 0;
         case WM_COMMAND:
+            if (doc != nullptr && LOWORD(wParam) == kFilterComboId &&
+                HIWORD(wParam) == CBN_SELCHANGE) {
+                ChooseFilter(*doc,
+                             static_cast<int>(SendMessageW(doc->filterCombo, CB_GETCURSEL, 0, 0)));
+                return 0;
+            }
             if (doc != nullptr && LOWORD(wParam) == kFolderComboId &&
                 HIWORD(wParam) == CBN_SELCHANGE) {
                 doc->folders->Choose(
@@ -193,6 +227,24 @@ HWND CreateDocList(const DocListCreate& create) {
         WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER,
         0, 24, client.right, client.bottom - 24, window, reinterpret_cast<HMENU>(kFileListId),
         GetModuleHandleW(nullptr), nullptr);
+    doc->filters.push_back({create.filterName != nullptr ? create.filterName : L"",
+                            create.filterPattern != nullptr ? create.filterPattern : L"*.*"});
+    if (create.otherFilterName != nullptr && create.otherFilterPattern != nullptr) {
+        doc->filters.push_back({create.otherFilterName, create.otherFilterPattern});
+        doc->filterCombo = CreateWindowExW(
+            0, WC_COMBOBOXW, L"", WS_CHILD | WS_VISIBLE | WS_VSCROLL | CBS_DROPDOWNLIST, 0, 2,
+            kFilterComboWidth, 120, window, reinterpret_cast<HMENU>(kFilterComboId),
+            GetModuleHandleW(nullptr), nullptr);
+        if (doc->filterCombo != nullptr) {
+            SendMessageW(doc->filterCombo, WM_SETFONT,
+                         reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+            for (const Filter& filter : doc->filters) {
+                SendMessageW(doc->filterCombo, CB_ADDSTRING, 0,
+                             reinterpret_cast<LPARAM>(filter.name.c_str()));
+            }
+            SendMessageW(doc->filterCombo, CB_SETCURSEL, 0, 0);
+        }
+    }
     if (doc->combo == nullptr || doc->list == nullptr) {
         DestroyWindow(window);
         return nullptr;
@@ -212,6 +264,25 @@ HWND CreateDocList(const DocListCreate& create) {
     SendMessageW(doc->list, LVM_INSERTCOLUMNW, 1, reinterpret_cast<LPARAM>(&column));
     LayoutDocList(window, *doc);
     return window;
+}
+
+std::vector<std::wstring> DocListFiles(HWND docList) {
+    std::vector<std::wstring> files;
+    DocList* doc = DocListOf(docList);
+    if (doc == nullptr) return files;
+    for (const DocumentRow& row : doc->folders->Rows())
+        files.push_back(ToWin32(row.path));
+    return files;
+}
+
+HWND DocListFilterChooser(HWND docList) {
+    DocList* doc = DocListOf(docList);
+    return doc != nullptr ? doc->filterCombo : nullptr;
+}
+
+HWND DocListFileList(HWND docList) {
+    DocList* doc = DocListOf(docList);
+    return doc != nullptr ? doc->list : nullptr;
 }
 
 }  // namespace velmora::pocketpc

@@ -1,0 +1,494 @@
+// The search dialog and the options sheet, run for real: searches by name, position and
+// material over real files with the games found listed and one opened, a search stopped
+// halfway, and options changed, seen in the game window and kept in the settings store.
+#include <windows.h>
+
+#include <prsht.h>
+
+#include "game/Game.h"
+#include "game/GameListOrder.h"
+#include "game/GameSearch.h"
+#include "game/PgnParser.h"
+#include "gamewindow/BoardView.h"
+#include "gamewindow/OptionsSheet.h"
+#include "platform/SettingsStore.h"
+#include "platform/win32/WideText.h"
+#include "resources/resource.h"
+#include "shell/SearchDialog.h"
+#include "ui/DocumentList.h"
+#include "win32/GuiDriver.h"
+#include "win32/ProgramDriver.h"
+
+namespace velmora::gui {
+namespace {
+
+using platform::win32::FromWin32;
+
+// The folder of PGN files the searches look through: the shared collections when the build
+// found them, else the test data.
+std::wstring SearchFolder() {
+#ifdef VELMORA_SHARED_DATA_DIR
+    std::string folder = VELMORA_SHARED_DATA_DIR;
+#else
+    std::string folder = VELMORA_TEST_DATA_DIR;
+#endif
+    std::wstring wide(folder.begin(), folder.end());
+    for (wchar_t& c : wide)
+        if (c == L'/') c = L'\\';
+    return wide + L"\\";
+}
+
+std::vector<std::u16string> PgnFilesOf(const std::wstring& folder) {
+    std::vector<std::u16string> paths;
+    WIN32_FIND_DATAW found;
+    HANDLE search = FindFirstFileW((folder + L"*.pgn").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return paths;
+    do {
+        paths.push_back(FromWin32(folder + found.cFileName));
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+    return paths;
+}
+
+// What the portable search finds for the same criteria and files: what the dialog must show.
+std::unique_ptr<GameSearchResults> SearchDirectly(const SearchCriteria& criteria,
+                                                  const std::vector<std::u16string>& paths) {
+    GameSearch search(criteria);
+    return search.Run(paths);
+}
+
+std::function<bool(HWND)> HasControl(int id) {
+    return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
+}
+
+void Click(HWND dialog, int id) {
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
+}
+
+void Type(HWND dialog, int id, const wchar_t* text) {
+    SetWindowTextW(GetDlgItem(dialog, id), text);
+}
+
+// Photographs a dialog as it is, then turned to landscape, and turns it back.
+void PhotographBothWays(HWND dialog, const std::wstring& name) {
+    Repaint(dialog);
+    EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-portrait").c_str()));
+    pocketpc::SetOrientation(false);
+    Repaint(dialog);
+    EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-landscape").c_str()));
+    pocketpc::SetOrientation(true);
+    Repaint(dialog);
+}
+
+class SearchAndOptionsTest : public GuiTest {
+  protected:
+    void SetUp() override {
+        GuiTest::SetUp();
+        // Whatever the options tests store, the settings store gets back what it held.
+        saved_.Load(platform::SystemSettingsStore());
+        *settings = Settings();
+    }
+    void TearDown() override {
+        saved_.Save(platform::SystemSettingsStore());
+        *settings = Settings();
+        drawing->RebuildColours(*settings);
+        pocketpc::SetOrientation(true);
+        GuiTest::TearDown();
+    }
+    Settings saved_;
+};
+
+TEST_F(SearchAndOptionsTest, NameSearchListsTheGamesFoundAndOpensTheOneChosen) {
+    const std::wstring folder = SearchFolder();
+    wchar_t previous[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, previous);
+    SetCurrentDirectoryW(folder.c_str());
+    MainWindow main;
+    HWND window = main.Create(App().programInstance);
+    ASSERT_NE(window, nullptr);
+    App().mainWindow = window;
+    UpdateWindow(window);
+    Pump();
+    std::vector<std::u16string> paths;
+    for (const std::wstring& path : pocketpc::DocListFiles(main.DocList()))
+        paths.push_back(FromWin32(path));
+    ASSERT_FALSE(paths.empty());
+    SearchCriteria criteria;
+    criteria.white = u"@a";
+    criteria.black = u"@e";
+    const auto expected = SearchDirectly(criteria, paths);
+    ASSERT_GT(expected->Size(), 0);
+
+    std::wstring filesText, resultText;
+    std::vector<std::wstring> listedWhites;
+    bool progressHidden = false;
+    WhenPopup(Titled(L"Game search"), [&](HWND dialog) {
+        filesText = WindowText(GetDlgItem(dialog, IDC_FILES_TO_PARSE));
+        resultText = WindowText(GetDlgItem(dialog, IDC_SEARCH_RESULT));
+        progressHidden = !IsWindowVisible(GetDlgItem(dialog, IDC_FILES_PROGRESS)) &&
+                         !IsWindowVisible(GetDlgItem(dialog, IDC_FILE_PROGRESS));
+        Type(dialog, IDC_SEARCH_WHITE, L"@a");
+        Type(dialog, IDC_SEARCH_BLACK, L"@e");
+        Repaint(dialog);
+        EXPECT_TRUE(test::SaveWindowShot(dialog, L"search-by-name"));
+        Click(dialog, IDC_SEARCH_RUN);
+    });
+    WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
+        listedWhites = ListViewColumn(GetDlgItem(list, IDC_GAME_LIST), 0);
+        Repaint(list);
+        EXPECT_TRUE(test::SaveWindowShot(list, L"search-results"));
+        TapGameList(list, GetDlgItem(list, IDC_GAME_LIST), 1);
+    });
+    std::wstring boardTitle;
+    WhenPopup(HasControl(2000), [&](HWND board) {
+        Repaint(board);
+        EXPECT_TRUE(test::SaveWindowShot(board, L"search-result-opened"));
+        SendMessageW(board, WM_COMMAND, ID_CLOSE_GAME, 0);
+    });
+    SendMessageW(window, WM_COMMAND, ID_SEARCH, 0);
+    EXPECT_TRUE(popupActions.empty());
+    popupActions.clear();
+
+    EXPECT_EQ(filesText, std::to_wstring(paths.size()) + L" files to parse");
+    EXPECT_EQ(resultText, L"Don't care");
+    EXPECT_TRUE(progressHidden);
+    ASSERT_EQ(listedWhites.size(), static_cast<std::size_t>(expected->Size()));
+    // The second game listed is the one opened, from its own file, with its number there.
+    const GameRow second = expected->At(1);
+    EXPECT_EQ(listedWhites[1], platform::win32::ToWin32(CellText(second, 0)));
+    ASSERT_NE(main.CurrentGame(), nullptr);
+    ASSERT_NE(main.CurrentFile(), nullptr);
+    EXPECT_EQ(main.CurrentFile()->Path(), second.FilePath());
+    const GameRow opened = main.CurrentFile()->At(main.CurrentIndex() - 1);
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(opened.Offset(), second.Offset());
+    // Saving splices the game back among the others of its file.
+    EXPECT_EQ(main.CurrentGame()->saveMode, main.CurrentFile()->Count());
+
+    DestroyWindow(window);
+    Pump();
+    SetCurrentDirectoryW(previous);
+}
+
+TEST_F(SearchAndOptionsTest, PositionAndMaterialSearchesFindWhatTheSearchFinds) {
+    const std::vector<std::u16string> paths = PgnFilesOf(SearchFolder());
+    ASSERT_FALSE(paths.empty());
+    // The position after 1.e4 e5, set up on the board editor.
+    PositionValue afterE4E5;
+    afterE4E5.Put(12, 0);
+    afterE4E5.Put(28, kWhite | kPawn);
+    afterE4E5.Put(52, 0);
+    afterE4E5.Put(36, kBlack | kPawn);
+    SearchCriteria byPosition;
+    byPosition.position = afterE4E5;
+    const int positionCount = SearchDirectly(byPosition, paths)->Size();
+    ASSERT_GT(positionCount, 0);
+    SearchCriteria byMaterial;
+    byMaterial.material = true;
+    byMaterial.wantedWhite = {0, 8, 2, 2, 2, 0};
+    byMaterial.wantedBlack = {0, 8, 2, 2, 2, 0};
+    const int materialCount = SearchDirectly(byMaterial, paths)->Size();
+    ASSERT_GT(materialCount, 0);
+
+    SearchDialog dialog(paths);
+    int positionListed = -1, materialListed = -1;
+    bool positionChecked = false, materialUnchecked = false;
+    auto tapSquare = [](HWND setup, int file, int rank) {
+        SendMessageW(setup, WM_LBUTTONDOWN, MK_LBUTTON,
+                     MAKELPARAM(3 + 19 * file + 9, 3 + 19 * (7 - rank) + 9));
+    };
+    WhenPopup(Titled(L"Game search"), [&](HWND search) { Click(search, IDC_EDIT_POSITION); });
+    WhenPopup(Titled(L"Setup board"), [&](HWND setup) {
+        tapSquare(setup, 4, 1);  // the white pawn of e2 goes
+        tapSquare(setup, 4, 3);  // and stands on e4
+        Click(setup, IDC_SETUP_BLACK_PAWN);
+        tapSquare(setup, 4, 6);
+        tapSquare(setup, 4, 4);
+        Repaint(setup);
+        EXPECT_TRUE(test::SaveWindowShot(setup, L"search-position-editor"));
+        Click(setup, IDOK);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) {
+        positionChecked = IsDlgButtonChecked(search, IDC_SEARCH_POSITION) == BST_CHECKED;
+        Click(search, IDC_SEARCH_RUN);
+    });
+    WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
+        positionListed = ListView_GetItemCount(GetDlgItem(list, IDC_GAME_LIST));
+        SendMessageW(list, WM_COMMAND, IDOK, 0);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) { Click(search, IDC_EDIT_MATERIAL); });
+    WhenPopup(Titled(L"Material"), [&](HWND editor) {
+        SetDlgItemInt(editor, IDC_WANTED_FIRST + 4, 0, FALSE);      // no white queen
+        SetDlgItemInt(editor, IDC_WANTED_FIRST + 5 + 4, 0, FALSE);  // nor a black one
+        Repaint(editor);
+        EXPECT_TRUE(test::SaveWindowShot(editor, L"search-material-editor"));
+        Click(editor, IDOK);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) {
+        // A search looks for a position or a material balance: choosing one drops the other.
+        materialUnchecked = IsDlgButtonChecked(search, IDC_SEARCH_POSITION) != BST_CHECKED;
+        Click(search, IDC_SEARCH_RUN);
+    });
+    WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
+        materialListed = ListView_GetItemCount(GetDlgItem(list, IDC_GAME_LIST));
+        SendMessageW(list, WM_COMMAND, IDOK, 0);
+    });
+    WhenPopup(Titled(L"Game search"),
+              [&](HWND search) { SendMessageW(search, WM_COMMAND, IDOK, 0); });
+    EXPECT_EQ(dialog.Run(frame), 0);
+    EXPECT_TRUE(popupActions.empty());
+    popupActions.clear();
+    EXPECT_TRUE(positionChecked);
+    EXPECT_TRUE(materialUnchecked);
+    EXPECT_EQ(positionListed, positionCount);
+    EXPECT_EQ(materialListed, materialCount);
+}
+
+TEST_F(SearchAndOptionsTest, MessagesForNoCriteriaTheEcoWarningAndNothingFound) {
+    SearchDialog dialog({FromWin32(DataPath(L"game-list-sorting.pgn"))});
+    std::wstring noCriteria, ecoWarning, nothingFound;
+    WhenPopup(Titled(L"Game search"), [&](HWND search) {
+        SendDlgItemMessageW(search, IDC_SEARCH_RESULT, CB_SETCURSEL, 1, 0);  // "1-0" alone
+        Click(search, IDC_SEARCH_RUN);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND box) {
+        noCriteria = e2e::MessageText(box);
+        SendMessageW(box, WM_COMMAND, IDOK, 0);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) { Click(search, IDC_ECO_WARNING); });
+    WhenPopup(Titled(L"ECO Warning"), [&](HWND box) {
+        ecoWarning = e2e::MessageText(box);
+        SendMessageW(box, WM_COMMAND, IDOK, 0);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) {
+        Type(search, IDC_SEARCH_WHITE, L"adam, paul");  // exact names keep their case
+        Click(search, IDC_SEARCH_RUN);
+    });
+    WhenPopup(Titled(L"Search game"), [&](HWND box) {
+        nothingFound = e2e::MessageText(box);
+        SendMessageW(box, WM_COMMAND, IDOK, 0);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) {
+        PhotographBothWays(search, L"search-dialog");
+        SendMessageW(search, WM_COMMAND, IDOK, 0);
+    });
+    EXPECT_EQ(dialog.Run(frame), 0);
+    EXPECT_TRUE(popupActions.empty());
+    popupActions.clear();
+    EXPECT_EQ(noCriteria, L"At least one criteria (other than result) must be filled");
+    EXPECT_EQ(ecoWarning,
+              L"Velmora does not know ECO and will therefore only search for the corresponding "
+              L"PGN tag (and not for the corresponding moves");
+    EXPECT_EQ(nothingFound, L"No game found");
+}
+
+// A file of many games, so that a search over it lasts long enough to be stopped.
+std::u16string ManyGamesFile() {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    const std::wstring path = std::wstring(temp) + L"velmora-many-games.pgn";
+    HANDLE source = CreateFileW(DataPath(L"game-list-sorting.pgn").c_str(), GENERIC_READ,
+                                FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    std::string text(GetFileSize(source, nullptr), '\0');
+    DWORD read = 0;
+    ReadFile(source, text.data(), static_cast<DWORD>(text.size()), &read, nullptr);
+    CloseHandle(source);
+    HANDLE target = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    for (int copy = 0; copy < 5000; ++copy) {
+        DWORD written = 0;
+        WriteFile(target, text.data(), read, &written, nullptr);
+        WriteFile(target, "\r\n", 2, &written, nullptr);
+    }
+    CloseHandle(target);
+    return FromWin32(path);
+}
+
+TEST_F(SearchAndOptionsTest, StopEndsTheSearchAndOffersTheGamesFoundSoFar) {
+    const std::u16string many = ManyGamesFile();
+    // The same file forty times over: the search starts each file at once, and the stop
+    // button is pressed once the first has been read.
+    const std::vector<std::u16string> paths(40, many);
+    SearchCriteria criteria;
+    criteria.white = u"@a";
+    const int perFile = SearchDirectly(criteria, {many})->Size();
+    ASSERT_EQ(perFile, 5000 * 3);  // three of the four players have an "a"
+    const int all = perFile * 40;
+
+    SearchDialog dialog(paths);
+    bool progressShown = false, criteriaDisabled = false;
+    std::wstring buttonWhileRunning, buttonAfter, fileShown;
+    int listed = -1;
+    WhenPopup(Titled(L"Game search"), [&](HWND search) {
+        Type(search, IDC_SEARCH_WHITE, L"@a");
+        Click(search, IDC_SEARCH_RUN);
+    });
+    // Runs from inside the search, once it has read its first file: the dialog keeps
+    // answering while it looks.
+    WhenPopup(
+        [&](HWND search) {
+            return dialog.Running() &&
+                   SendDlgItemMessageW(search, IDC_FILES_PROGRESS, PBM_GETPOS, 0, 0) > 0;
+        },
+        [&](HWND search) {
+            progressShown = IsWindowVisible(GetDlgItem(search, IDC_FILE_PROGRESS)) != 0;
+            criteriaDisabled = !IsWindowEnabled(GetDlgItem(search, IDC_SEARCH_WHITE));
+            buttonWhileRunning = WindowText(GetDlgItem(search, IDC_SEARCH_RUN));
+            fileShown = WindowText(GetDlgItem(search, IDC_FILE_NAME));
+            Repaint(search);
+            EXPECT_TRUE(test::SaveWindowShot(search, L"search-running"));
+            Click(search, IDC_SEARCH_RUN);
+        });
+    WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
+        listed = ListView_GetItemCount(GetDlgItem(list, IDC_GAME_LIST));
+        SendMessageW(list, WM_COMMAND, IDOK, 0);
+    });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) {
+        buttonAfter = WindowText(GetDlgItem(search, IDC_SEARCH_RUN));
+        SendMessageW(search, WM_COMMAND, IDOK, 0);
+    });
+    EXPECT_EQ(dialog.Run(frame), 0);
+    EXPECT_TRUE(popupActions.empty());
+    popupActions.clear();
+    EXPECT_TRUE(progressShown);
+    EXPECT_TRUE(criteriaDisabled);
+    EXPECT_EQ(buttonWhileRunning, L"Stop");
+    EXPECT_EQ(fileShown, L"velmora-many-games.pgn");
+    EXPECT_EQ(buttonAfter, L"Search");
+    ASSERT_NE(dialog.Results(), nullptr);
+    EXPECT_GT(dialog.Results()->Size(), 0);
+    EXPECT_LT(dialog.Results()->Size(), all);
+    EXPECT_EQ(listed, dialog.Results()->Size());
+}
+
+// Runs the options sheet with actions on its pages: action(sheet) is called once it shows.
+bool RunSheet(HWND owner, Settings& settings, std::function<void(HWND)> action) {
+    WhenPopup(Titled(L"Velmora options"), std::move(action));
+    const bool ok = RunOptionsSheet(owner, settings);
+    EXPECT_TRUE(popupActions.empty());
+    popupActions.clear();
+    return ok;
+}
+
+HWND ShowPage(HWND sheet, int index) {
+    PropSheet_SetCurSel(sheet, nullptr, index);
+    Pump();
+    return PropSheet_GetCurrentPageHwnd(sheet);
+}
+
+void Press(HWND sheet, int button) {
+    PropSheet_PressButton(sheet, button);
+}
+
+TEST_F(SearchAndOptionsTest, OptionsAreStoredOnOkAndKeptInMemoryOnCancel) {
+    settings->layout = 0;
+    std::wstring layoutShown, piecesShown;
+    bool ok = RunSheet(frame, *settings, [&](HWND sheet) {
+        HWND display = ShowPage(sheet, 0);
+        layoutShown = WindowText(GetDlgItem(display, IDC_LAYOUT));
+        piecesShown = WindowText(GetDlgItem(display, IDC_PIECE_SET));
+        SendDlgItemMessageW(display, IDC_LAYOUT, CB_SETCURSEL, 4, 0);     // "Lrg board, no list"
+        SendDlgItemMessageW(display, IDC_PIECE_SET, CB_SETCURSEL, 3, 0);  // "Royal"
+        CheckDlgButton(display, IDC_DISPLAY_ARROW, BST_UNCHECKED);
+        Repaint(sheet);
+        EXPECT_TRUE(test::SaveWindowShot(sheet, L"options-display"));
+        HWND startup = ShowPage(sheet, 1);
+        Repaint(sheet);
+        EXPECT_TRUE(test::SaveWindowShot(sheet, L"options-startup"));
+        // The template holds no 1005: the choices that depend on it stay disabled.
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(startup, IDC_STARTUP_NEW_GAME)));
+        HWND colors = ShowPage(sheet, 2);
+        Type(colors, IDC_WHITE_RED, L"300");  // keeps its low 8 bits: 44
+        Type(colors, IDC_BLACK_GREEN, L"");   // reads as 0
+        Repaint(sheet);
+        EXPECT_TRUE(test::SaveWindowShot(sheet, L"options-colors"));
+        Press(sheet, PSBTN_OK);
+    });
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(layoutShown, L"Std board, list & large cmt");
+    EXPECT_EQ(piecesShown, L"Diagram");
+    EXPECT_EQ(settings->layout, 3u);
+    EXPECT_EQ(settings->bitmapIndex, 3u);
+    EXPECT_EQ(settings->displayArrow, 0u);
+    EXPECT_EQ(settings->whiteColor, 0x00FFFF2Cu);
+    EXPECT_EQ(settings->blackColor, 0x00800080u);
+    // Intended: with this template the Startup page always stores "Database Option" 1.
+    EXPECT_EQ(settings->openLastDatabase, 0u);
+    EXPECT_EQ(settings->databaseOption, 1u);
+    EXPECT_EQ(drawing->lightColour, 0x00FFFF2Cu);
+    // What the next start reads.
+    Settings next;
+    next.Load(platform::SystemSettingsStore());
+    EXPECT_EQ(next.layout, 3u);
+    EXPECT_EQ(next.bitmapIndex, 3u);
+    EXPECT_EQ(next.whiteColor, 0x00FFFF2Cu);
+
+    // "Restore" puts back the colours of the moment the page opened; Cancel keeps the edits in
+    // memory but neither stores them nor rebuilds the colours.
+    std::wstring restored;
+    ok = RunSheet(frame, *settings, [&](HWND sheet) {
+        HWND display = ShowPage(sheet, 0);
+        SendDlgItemMessageW(display, IDC_LAYOUT, CB_SETCURSEL, 1, 0);  // code 4
+        HWND colors = ShowPage(sheet, 2);
+        Type(colors, IDC_WHITE_RED, L"7");
+        Click(colors, IDC_COLORS_RESTORE);
+        restored = WindowText(GetDlgItem(colors, IDC_WHITE_RED));
+        Type(colors, IDC_SELECT_BLUE, L"1");
+        Press(sheet, PSBTN_CANCEL);
+    });
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(restored, L"44");
+    // Intended: a cancelled sheet leaves what its pages held in the settings.
+    EXPECT_EQ(settings->layout, 4u);
+    EXPECT_EQ(settings->selectColor, 0x000180FFu);
+    EXPECT_EQ(drawing->highlightColour, 0x00FF80FFu);
+    next.Load(platform::SystemSettingsStore());
+    EXPECT_EQ(next.layout, 3u);
+
+    // A stored layout code that is none of the five shows no layout and survives the page.
+    settings->layout = 7;
+    int selection = 0;
+    RunSheet(frame, *settings, [&](HWND sheet) {
+        selection = static_cast<int>(
+            SendDlgItemMessageW(ShowPage(sheet, 0), IDC_LAYOUT, CB_GETCURSEL, 0, 0));
+        Press(sheet, PSBTN_OK);
+    });
+    EXPECT_EQ(selection, CB_ERR);
+    EXPECT_EQ(settings->layout, 7u);
+}
+
+TEST_F(SearchAndOptionsTest, GameWindowFollowsTheLayoutAndPieceSetChosen) {
+    std::u16string path = FromWin32(DataPath(L"variations-and-comments.pgn"));
+    GameIndex index(path.c_str());
+    ASSERT_EQ(index.Load(), 1);
+    Game game(&index);
+    ASSERT_TRUE(LoadGame(game, nullptr, index.At(0).Offset(), index.Count()).Ok());
+    BoardView view(game);
+    bool listBefore = false, listAfter = true;
+    RECT boardBefore{}, boardAfter{};
+    WhenPopup(HasControl(2000), [&](HWND board) {
+        Repaint(board);
+        listBefore = IsWindowVisible(GetDlgItem(board, 2000)) != 0;
+        EXPECT_TRUE(test::SaveWindowShot(board, L"options-before"));
+        SendMessageW(board, WM_COMMAND, ID_OPTIONS, 0);
+        Repaint(board);
+        listAfter = IsWindowVisible(GetDlgItem(board, 2000)) != 0;
+        EXPECT_TRUE(test::SaveWindowShot(board, L"options-after"));
+        SendMessageW(board, WM_COMMAND, ID_CLOSE_GAME, 0);
+    });
+    WhenPopup(Titled(L"Velmora options"), [&](HWND sheet) {
+        HWND display = ShowPage(sheet, 0);
+        SendDlgItemMessageW(display, IDC_LAYOUT, CB_SETCURSEL, 4, 0);     // "Lrg board, no list"
+        SendDlgItemMessageW(display, IDC_PIECE_SET, CB_SETCURSEL, 1, 0);  // "Staunton"
+        Press(sheet, PSBTN_OK);
+    });
+    view.Run(frame, 0);
+    EXPECT_TRUE(popupActions.empty());
+    popupActions.clear();
+    EXPECT_TRUE(listBefore);
+    EXPECT_FALSE(listAfter);
+    EXPECT_EQ(settings->bitmapIndex, 1u);
+}
+
+}  // namespace
+}  // namespace velmora::gui

@@ -62,7 +62,7 @@ class ChessClock {
     static constexpr const char16_t* kTotalLabel = u"Total :";
     static constexpr const char16_t* kResetText = u"--";
 
-    // ticks must not be empty; the platform's tick count when none is given.
+    // Measures time with ticks, or with the platform's tick count when ticks is empty.
     explicit ChessClock(TickSource ticks = {});
     ChessClock(const ChessClock&) = delete;
     ChessClock& operator=(const ChessClock&) = delete;

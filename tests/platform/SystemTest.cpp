@@ -1,13 +1,17 @@
-// The program's folder and the texts of system error codes.
+// The program's folder, the texts of system error codes and the millisecond tick count.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdint>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "platform/CodePage.h"
 #include "platform/File.h"
 #include "platform/Paths.h"
 #include "platform/SystemError.h"
+#include "platform/TickCount.h"
 
 namespace velmora::platform {
 namespace {
@@ -34,6 +38,15 @@ TEST(SystemError, SystemTextOrElseTheCode) {
         EXPECT_EQ(SystemErrorText(code), u"");
         EXPECT_EQ(ErrorTextOrCode(code), text);
     }
+}
+
+TEST(TickCount, CountsMilliseconds) {
+    const std::uint32_t before = TickCount();
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    const std::uint32_t elapsed = TickCount() - before;
+    // Windows' count advances in steps of up to about 16 ms.
+    EXPECT_GE(elapsed, 180u);
+    EXPECT_LT(elapsed, 10000u);
 }
 
 }  // namespace

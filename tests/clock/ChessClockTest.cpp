@@ -1,0 +1,321 @@
+// The game clock on a fake tick: time controls across their boundaries, increments, the
+// running side, a tick count that wraps around, time running out, and the texts it shows.
+#include "clock/ChessClock.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "game/Position.h"
+#include "tests/core/TestBoards.h"
+
+namespace velmora {
+namespace {
+
+// A game played on the clock as the game window drives it: one tick a second while a side
+// thinks, and the next side's tick as soon as a move is completed.
+class ClockGame {
+  public:
+    explicit ClockGame(const TimeControl& control, std::uint32_t start = 0) : now(start) {
+        clock.SetTimeControl(control);
+        clock.Tick(side, moveNumber);
+    }
+    // The side to move thinks for the given seconds, then completes its move.
+    void Move(int seconds) {
+        Think(seconds);
+        if (side == kClockBlack) ++moveNumber;
+        side = 1 - side;
+        clock.Tick(side, moveNumber);
+    }
+    void Think(int seconds) {
+        for (int i = 0; i < seconds; ++i) {
+            now += 1000;
+            clock.Tick(side, moveNumber);
+        }
+    }
+
+    std::uint32_t now;
+    ChessClock clock{[this] { return now; }};
+    int side = kClockWhite;
+    int moveNumber = 1;
+};
+
+struct Scheme {
+    const char* name;
+    TimeControl control;
+    int secondsPerMove;
+    int fullMoves;
+    std::map<int, int> added;           // full-move number -> seconds added to each side
+    std::map<int, int> movesToGoAfter;  // full-move number -> moves to go after that move
+};
+
+// Every half-move of a long game: each side loses its move time less the increment, gains the
+// control's time exactly after its own move of the boundary's number, and moves to go changes
+// only when Black completes a full move.
+TEST(ChessClock, TimeControlsAcrossTheirBoundaries) {
+    const Scheme schemes[] = {
+        {"first control repeats",
+         {0, 40, 7200, 0, 0, 0, 0},
+         60,
+         81,
+         {{40, 7200}, {80, 7200}},
+         {{1, 39}, {39, 1}, {40, 40}, {41, 39}, {79, 1}, {80, 40}, {81, 39}}},
+        {"second control once, then the rest of the game, with increment",
+         {0, 40, 7200, 0, 3600, 0, 5},
+         60,
+         60,
+         {{40, 3600}},
+         {{1, 39}, {39, 1}, {40, 0}, {41, 0}, {60, 0}}},
+        {"second control repeats after the first",
+         {0, 20, 3000, 25, 600, 0, 0},
+         30,
+         71,
+         {{20, 600}, {45, 600}, {70, 600}},
+         {{1, 19}, {19, 1}, {20, 25}, {21, 24}, {44, 1}, {45, 25}, {70, 25}, {71, 24}}},
+        {"three controls",
+         {0, 40, 7200, 60, 3600, 1800, 0},
+         50,
+         70,
+         {{40, 3600}, {60, 1800}},
+         {{1, 39}, {39, 1}, {40, 60}, {41, 59}, {60, 0}}},
+        {"sudden death with increment", {0, 0, 600, 0, 0, 0, 10}, 12, 45, {}, {{1, 0}, {45, 0}}},
+    };
+    for (const Scheme& scheme : schemes) {
+        SCOPED_TRACE(scheme.name);
+        ClockGame game(scheme.control);
+        ChessClock& clock = game.clock;
+        EXPECT_EQ(clock.MovesToGo(), scheme.control.firstMoves);
+        for (int move = 1; move <= scheme.fullMoves; ++move) {
+            const auto found = scheme.added.find(move);
+            const int added = found == scheme.added.end() ? 0 : found->second;
+            const int change = scheme.control.increment - scheme.secondsPerMove + added;
+            for (int side : {kClockWhite, kClockBlack}) {
+                SCOPED_TRACE(::testing::Message() << "move " << move << " side " << side);
+                const int other = 1 - side;
+                const std::int32_t before = clock.Remaining(side);
+                const std::int32_t otherBefore = clock.Remaining(other);
+                const std::int32_t movesToGoBefore = clock.MovesToGo();
+                game.Move(scheme.secondsPerMove);
+                EXPECT_EQ(clock.Remaining(side), before + change);
+                EXPECT_EQ(clock.Remaining(other), otherBefore);
+                EXPECT_EQ(clock.RunningSide(), other);
+                if (side == kClockWhite) {
+                    EXPECT_EQ(clock.MovesToGo(), movesToGoBefore);
+                }
+            }
+            const auto movesToGo = scheme.movesToGoAfter.find(move);
+            if (movesToGo != scheme.movesToGoAfter.end()) {
+                EXPECT_EQ(clock.MovesToGo(), movesToGo->second) << "after move " << move;
+            }
+        }
+    }
+}
+
+// The increment is added when the move is completed, less the time the move took.
+TEST(ChessClock, IncrementLessTheMoveTime) {
+    struct Row {
+        int seconds;
+        std::int32_t remainingAfter;
+    };
+    const Row rows[] = {{3, 302}, {12, 293}, {5, 300}, {0, 305}, {400, 0}};
+    for (const Row& row : rows) {
+        ClockGame game({0, 0, 300, 0, 0, 0, 5});
+        game.Think(row.seconds);
+        EXPECT_EQ(game.clock.Remaining(kClockWhite), 300) << row.seconds << " s, before the move";
+        game.Move(0);
+        EXPECT_EQ(game.clock.Remaining(kClockWhite), row.remainingAfter) << row.seconds << " s";
+        EXPECT_EQ(game.clock.Remaining(kClockBlack), 300) << row.seconds << " s";
+    }
+}
+
+TEST(ChessClock, TimePerMoveRestoresTheFullTimeAfterEveryMove) {
+    ClockGame game({60, 0, 0, 0, 0, 0, 0});
+    ChessClock& clock = game.clock;
+    EXPECT_EQ(clock.Remaining(kClockWhite), 60);
+    game.Think(10);
+    EXPECT_EQ(clock.SideText(kClockWhite), u"00:10/000:50");
+    game.Move(0);
+    EXPECT_EQ(clock.Remaining(kClockWhite), 60);
+    // The finished side shows its last move and its full time.
+    EXPECT_EQ(clock.SideText(kClockWhite), u"00:10/001:00");
+    EXPECT_EQ(clock.SideText(kClockBlack), u"00:00/001:00");
+    game.Move(75);
+    EXPECT_EQ(clock.Remaining(kClockBlack), 60);
+    game.Move(59);
+    EXPECT_EQ(clock.Remaining(kClockWhite), 60);
+}
+
+// Intended: the clock never ends the game; a side out of time shows 0 and plays on.
+TEST(ChessClock, TimeRunningOutShowsZeroAndTheClockRunsOn) {
+    ClockGame game({0, 0, 30, 0, 0, 0, 0});
+    ChessClock& clock = game.clock;
+    game.Think(45);
+    EXPECT_EQ(clock.Shown(kClockWhite), 0);
+    EXPECT_EQ(clock.SideText(kClockWhite), u"00:45/000:00");
+    EXPECT_EQ(clock.RunningSide(), kClockWhite);
+    game.Move(0);
+    EXPECT_EQ(clock.Remaining(kClockWhite), 0);
+    EXPECT_EQ(clock.SideText(kClockWhite), u"00:45/000:00");
+    std::int32_t white = -1, black = -1, movesToGo = -1;
+    clock.GetTimes(&white, &black, &movesToGo);
+    EXPECT_EQ(white, 0);
+    EXPECT_EQ(black, 30000);
+    game.Move(5);
+    game.Think(3);
+    EXPECT_EQ(clock.RunningSide(), kClockWhite);
+    EXPECT_EQ(clock.MoveTime(kClockWhite), 3);
+    EXPECT_EQ(clock.Remaining(kClockBlack), 25);
+}
+
+// Moves are timed by unsigned differences, so a count passing 2^32 costs nothing extra.
+TEST(ChessClock, TickCountWrappingAround) {
+    for (std::uint32_t start : {0xFFFFF000u, 0xFFFFFFFFu, 0xFFFFFC18u, 0u}) {
+        SCOPED_TRACE(start);
+        ClockGame game({0, 0, 600, 0, 0, 0, 0}, start);
+        game.Think(5);
+        EXPECT_EQ(game.clock.MoveTime(kClockWhite), 5);
+        game.now += 999;  // not yet a sixth second
+        game.clock.Tick(kClockWhite, 1);
+        EXPECT_EQ(game.clock.MoveTime(kClockWhite), 5);
+        game.Move(1);
+        EXPECT_EQ(game.clock.Remaining(kClockWhite), 594);
+        game.Move(7);
+        EXPECT_EQ(game.clock.Remaining(kClockBlack), 593);
+    }
+}
+
+TEST(ChessClock, TextsOfBothModes) {
+    struct Row {
+        std::int32_t timePerMove;
+        int seconds;  // of the running move
+        const char16_t* move;
+        const char16_t* total;
+        const char16_t* normal;
+    };
+    const Row rows[] = {
+        {60, 0, u"00:00", u"001:00", u"00:00/001:00"},
+        {60, 1, u"00:01", u"000:59", u"00:01/000:59"},
+        {59, 0, u"00:00", u"000:59", u"00:00/000:59"},
+        {3599, 0, u"00:00", u"059:59", u"00:00/059:59"},
+        {3600, 0, u"00:00", u"060:00", u"00:00/060:00"},
+        {7200, 3600, u"60:00", u"060:00", u"60:00/060:00"},
+        {60000, 0, u"00:00", u"1000:00", u"00:00/1000:00"},
+        {7000, 6000, u"100:00", u"016:40", u"100:00/016:40"},
+        {120, 3599, u"59:59", u"000:00", u"59:59/000:00"},
+        {-30, 0, u"00:00", u"000:00", u"00:00/000:00"},
+    };
+    for (const Row& row : rows) {
+        ClockGame game({row.timePerMove, 0, 0, 0, 0, 0, 0});
+        game.Think(row.seconds);
+        const ChessClock& clock = game.clock;
+        SCOPED_TRACE(::testing::Message() << row.timePerMove << " s, " << row.seconds << " s");
+        EXPECT_EQ(clock.MoveTimeText(kClockWhite), row.move);
+        EXPECT_EQ(clock.TotalText(kClockWhite), row.total);
+        EXPECT_EQ(clock.SideText(kClockWhite), row.normal);
+    }
+}
+
+struct RecordingDisplay final : ClockDisplay {
+    void RedrawSide(int side) override {
+        calls.push_back(std::string(side == kClockWhite ? "white" : "black") +
+                        (clock->IsRunning(side) ? " running" : ""));
+    }
+    void SetText(const char16_t* text) override {
+        calls.push_back(std::string("text ") + std::string(text, text + 2));
+    }
+    const ChessClock* clock = nullptr;
+    std::vector<std::string> calls;
+};
+
+// The window repaints both sides on a new time control, and the finished side as well as the
+// new one when the move changes hands; the running side is drawn white on black.
+TEST(ChessClock, TellsItsWindowWhatToRepaint) {
+    std::uint32_t now = 0;
+    ChessClock clock([&] { return now; });
+    RecordingDisplay display;
+    display.clock = &clock;
+    clock.SetDisplay(&display);
+    clock.SetTimeControl({0, 0, 300, 0, 0, 0, 0});
+    clock.Tick(kClockWhite, 1);
+    clock.Tick(kClockBlack, 1);
+    EXPECT_EQ(clock.Colours(kClockBlack).text, 0x00FFFFFFu);
+    EXPECT_EQ(clock.Colours(kClockBlack).background, 0u);
+    EXPECT_EQ(clock.Colours(kClockWhite).text, 0u);
+    EXPECT_EQ(clock.Colours(kClockWhite).background, 0x00FFFFFFu);
+    clock.Reset();
+    EXPECT_EQ(display.calls, (std::vector<std::string>{"white", "black", "white running", "white",
+                                                       "black running", "text --"}));
+}
+
+// A stopped clock starts a side without charging the pause to anyone; sides other than White
+// and Black are ignored.
+TEST(ChessClock, ResetStopsUntilTheNextTick) {
+    ClockGame game({0, 0, 300, 0, 0, 0, 10});
+    ChessClock& clock = game.clock;
+    game.Think(20);
+    clock.Reset();
+    EXPECT_EQ(clock.RunningSide(), kClockStopped);
+    EXPECT_EQ(clock.SideText(kClockWhite), u"00:20/005:00");
+    game.now += 500000;
+    clock.Tick(kClockStopped, 3);
+    clock.Tick(2, 3);
+    EXPECT_EQ(clock.RunningSide(), kClockStopped);
+    clock.Tick(kClockBlack, 7);
+    EXPECT_EQ(clock.RunningSide(), kClockBlack);
+    EXPECT_EQ(clock.Remaining(kClockWhite), 300);
+    EXPECT_EQ(clock.MoveTime(kClockBlack), 0);
+    EXPECT_EQ(clock.MoveNumber(), 7);
+}
+
+// The engine reads the remaining times in milliseconds; the running move is not taken off.
+TEST(ChessClock, TimesForTheEngine) {
+    ClockGame game({0, 40, 5400, 0, 0, 0, 0});
+    game.Move(20);
+    game.Move(30);
+    game.Think(4);
+    std::int32_t white = 0, black = 0, movesToGo = 0;
+    game.clock.GetTimes(&white, &black, &movesToGo);
+    EXPECT_EQ(white, 5380000);
+    EXPECT_EQ(black, 5370000);
+    EXPECT_EQ(movesToGo, 39);
+
+    ClockGame days({0, 0, 3000000, 0, 0, 0, 0});
+    days.clock.GetTimes(&white, &black, &movesToGo);
+    EXPECT_EQ(white, 2147483647);
+}
+
+TEST(ChessClock, TimeControlKeepsTheOrderOfTheSettingsWords) {
+    const SettingsBlock words = {1, 2, 3, 4, 5, 6, 7};
+    const TimeControl control = TimeControl::FromSettings(words);
+    EXPECT_EQ(control, (TimeControl{1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(control.ToSettings(), words);
+
+    ChessClock clock([] { return 0u; });
+    clock.SetTimeControl(TimeControl::FromSettings(GameSummary::kInitialSettings));
+    EXPECT_EQ(clock.Remaining(kClockWhite), 1800);
+    EXPECT_EQ(clock.Remaining(kClockBlack), 1800);
+}
+
+// The full-move number the window gives the clock: that of the move being thought about.
+TEST(ChessClock, MoveNumberAndSideOfAPosition) {
+    Position root;
+    EXPECT_EQ(ClockMoveNumber(root), 1);
+    EXPECT_EQ(ClockSideOf(root.SideToMove()), kClockWhite);
+    Position* position = &root;
+    const std::pair<const char*, int> moves[] = {
+        {"e2e4", 1}, {"e7e5", 2}, {"g1f3", 2}, {"b8c6", 3}};
+    for (const auto& [text, number] : moves) {
+        const Move move = testing::MoveOf(text);
+        position = position->PlayMove(move.from, move.to, nullptr, move.promotion, nullptr);
+        ASSERT_NE(position, nullptr) << text;
+        EXPECT_EQ(ClockMoveNumber(*position), number) << text;
+    }
+    EXPECT_EQ(ClockSideOf(position->SideToMove()), kClockWhite);
+    EXPECT_EQ(ClockSideOf(position->PreviousPosition()->SideToMove()), kClockBlack);
+}
+
+}  // namespace
+}  // namespace velmora

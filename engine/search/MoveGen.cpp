@@ -179,17 +179,6 @@ void GenerateMoves(const Board& board, MoveList& list, MoveSet set) {
     if (set == MoveSet::All) GenerateCastling(board, c, list);
 }
 
-bool IsLegal(const Board& board, Move move) {
-    if (move.IsNone()) return false;
-    const int piece = board.PieceOn(move.From());
-    if (piece == kEmpty || SideOf(piece) != board.SideToMove()) return false;
-    MoveList list;
-    GenerateMoves(board, list, move.IsNoisy() ? MoveSet::Noisy : MoveSet::All);
-    for (Move m : list)
-        if (m == move) return true;
-    return false;
-}
-
 Move ParseMove(const Board& board, const char* text) {
     MoveList list;
     GenerateMoves(board, list);

@@ -26,8 +26,6 @@ enum class MoveSet { All, Noisy };
 // included) and promotions only. Pins and checks are worked out first, so no move needs a
 // trial make to be kept.
 void GenerateMoves(const Board& board, MoveList& list, MoveSet set = MoveSet::All);
-// Whether move is legal here: used to check a move from the hash table or a killer slot.
-bool IsLegal(const Board& board, Move move);
 // Finds the legal move written as coordinates ("e2e4", "e7e8q"); none when there is no such
 // move.
 Move ParseMove(const Board& board, const char* text);

@@ -201,8 +201,8 @@ int Searcher::Quiescence(int alpha, int beta, int ply) {
 int Searcher::Negamax(int alpha, int beta, int depth, int ply, bool nullAllowed) {
     Board& board = *board_;
     const bool inCheck = board.InCheck();
-    // Check extension: a checked side has few replies, and cutting the line here would miss
-    // mates and the tactics around them.
+    // A side in check is never left to quiescence search, which would look at its captures
+    // only: all its evasions are searched.
     if (inCheck && depth < 1) depth = 1;
     if (depth <= 0) return Quiescence(alpha, beta, ply);
 
@@ -318,7 +318,10 @@ int Searcher::Negamax(int alpha, int beta, int depth, int ply, bool nullAllowed)
         board.MakeMove(move);
         ++moveCount;
         const bool givesCheck = board.InCheck();
-        const int newDepth = depth - 1;
+        // Check extension: a check leaves few replies and often leads to mate or the win of
+        // material just beyond the horizon, so the line gets a ply more. Bounded by the
+        // iteration's depth so that a series of checks cannot run away.
+        const int newDepth = depth - 1 + (givesCheck && ply < 2 * rootDepth_ ? 1 : 0);
         int score;
         if (moveCount == 1) {
             score = -Negamax(-beta, -alpha, newDepth, ply + 1, true);

@@ -31,11 +31,11 @@ void TranspositionTable::Store(std::uint64_t key, Move move, int score, int eval
     Entry& entry = entries_[key & mask_];
     // Keep a deeper result of this search about another position; anything from an older
     // search, or shallower, makes room.
-    if (entry.key != key && entry.age == age_ && entry.depth > depth + 2 && bound != Bound::Exact)
-        return;
+    const bool same = entry.check == Check(key);
+    if (!same && entry.age == age_ && entry.depth > depth + 2 && bound != Bound::Exact) return;
     // A result without a move keeps the move known for the same position.
-    if (move.IsNone() && entry.key == key) move = Move::FromBits(entry.move);
-    entry.key = key;
+    if (move.IsNone() && same) move = Move::FromBits(entry.move);
+    entry.check = Check(key);
     entry.move = move.Bits();
     entry.score = static_cast<std::int16_t>(ScoreToTable(score, ply));
     entry.eval = static_cast<std::int16_t>(eval);

@@ -17,8 +17,11 @@ enum class Bound : std::uint8_t { None, Upper, Lower, Exact };
 
 class TranspositionTable {
   public:
+    // Sixteen bytes: the slot comes from the key's low bits, and its high half is kept to tell
+    // positions apart. A hash move from a rare false match is harmless: moves are only ever
+    // matched against the legal ones.
     struct Entry {
-        std::uint64_t key = 0;
+        std::uint32_t check = 0;
         std::uint16_t move = 0;
         std::int16_t score = 0;
         std::int16_t eval = 0;
@@ -26,6 +29,7 @@ class TranspositionTable {
         Bound bound = Bound::None;
         std::uint8_t age = 0;
     };
+    static_assert(sizeof(Entry) == 16);
 
     // The default is small: a handheld has little memory to spare.
     static constexpr int kDefaultMegabytes = 8;
@@ -42,7 +46,7 @@ class TranspositionTable {
     // ScoreFromTable makes them count from the root again.
     const Entry* Probe(std::uint64_t key) const {
         const Entry& entry = entries_[key & mask_];
-        return entry.key == key && entry.bound != Bound::None ? &entry : nullptr;
+        return entry.check == Check(key) && entry.bound != Bound::None ? &entry : nullptr;
     }
     // Stores a result, keeping a deeper one of the same search for another position.
     void Store(std::uint64_t key, Move move, int score, int eval, int depth, Bound bound, int ply);
@@ -51,6 +55,8 @@ class TranspositionTable {
     int Megabytes() const { return megabytes_; }
 
   private:
+    static std::uint32_t Check(std::uint64_t key) { return static_cast<std::uint32_t>(key >> 32); }
+
     std::vector<Entry> entries_;
     std::uint64_t mask_ = 0;
     std::uint8_t age_ = 0;

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/PgnMainLines.h"
 #include "core/LegalMoves.h"
 #include "core/MoveRules.h"
 #include "game/MoveText.h"
@@ -25,50 +26,6 @@ namespace {
 
 using velmora::Position;
 using Clock = std::chrono::steady_clock;
-
-// Splits PGN text into games, each a list of main-line SAN tokens.
-std::vector<std::vector<std::string>> ScanGames(const std::string& text) {
-    std::vector<std::vector<std::string>> games(1);
-    std::size_t i = 0;
-    int depth = 0;
-    bool lineStart = true;
-    while (i < text.size()) {
-        char c = text[i];
-        if (lineStart && c == '[') {
-            if (!games.back().empty()) games.emplace_back();
-            while (i < text.size() && text[i] != '\n')
-                ++i;
-            continue;
-        }
-        lineStart = c == '\n';
-        if (c == '{') {
-            while (i < text.size() && text[i] != '}')
-                ++i;
-            ++i;
-        } else if (c == ';') {
-            while (i < text.size() && text[i] != '\n')
-                ++i;
-        } else if (c == '(') {
-            ++depth, ++i;
-        } else if (c == ')') {
-            --depth, ++i;
-        } else if (c == ' ' || c == '\n' || c == '\r' || c == '\t') {
-            ++i;
-        } else {
-            std::size_t start = i;
-            while (i < text.size() && !std::strchr(" \r\n\t(){};", text[i]))
-                ++i;
-            std::string token = text.substr(start, i - start);
-            std::size_t skip = token.find_first_not_of("0123456789.");
-            if (depth > 0 || token[0] == '$' || token == "*" || token == "1-0" || token == "0-1" ||
-                token == "1/2-1/2" || skip == std::string::npos) {
-                continue;
-            }
-            games.back().push_back(token.substr(skip));
-        }
-    }
-    return games;
-}
 
 double Seconds(Clock::time_point since) {
     return std::chrono::duration<double>(Clock::now() - since).count();
@@ -94,8 +51,8 @@ int main(int argc, char** argv) {
     for (const auto& file : files) {
         std::ifstream in(file, std::ios::binary);
         std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        for (auto& game : ScanGames(text)) {
-            if (!game.empty()) games.push_back(std::move(game));
+        for (auto& game : velmora::bench::ScanMainLines(text)) {
+            if (!game.moves.empty()) games.push_back(std::move(game.moves));
         }
     }
 

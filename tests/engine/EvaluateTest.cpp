@@ -1,0 +1,123 @@
+// The evaluation treats both colours alike and sees material and mating chances; the hash
+// table keeps what it is given and makes room as it should.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <sstream>
+#include <string>
+
+#include "engine/search/Evaluate.h"
+#include "engine/search/TranspositionTable.h"
+#include "tests/engine/EngineTestSupport.h"
+
+namespace velmora::engine {
+namespace {
+
+using testing::BoardOf;
+
+// The same position with the colours exchanged: ranks in reverse order, letters in the other
+// case, the other side to move, castling and en passant mirrored.
+std::string MirrorFen(const std::string& fen) {
+    std::istringstream fields(fen);
+    std::string placement, side, castling, enPassant, rest;
+    fields >> placement >> side >> castling >> enPassant;
+    std::getline(fields, rest);
+    std::string ranks[8], mirrored;
+    std::istringstream rows(placement);
+    for (int i = 0; i < 8; ++i)
+        std::getline(rows, ranks[i], '/');
+    for (int i = 7; i >= 0; --i)
+        mirrored += ranks[i] + (i > 0 ? "/" : "");
+    auto swapCase = [](std::string text) {
+        for (char& c : text)
+            c = std::isupper(static_cast<unsigned char>(c)) ? static_cast<char>(std::tolower(c))
+                                                            : static_cast<char>(std::toupper(c));
+        return text;
+    };
+    std::string rights = castling == "-" ? "-" : "";
+    for (const char* order = "KQkq"; castling != "-" && *order; ++order) {
+        if (castling.find(swapCase(std::string(1, *order))) != std::string::npos) rights += *order;
+    }
+    if (enPassant != "-") enPassant[1] = static_cast<char>('1' + '8' - enPassant[1]);
+    return swapCase(mirrored) + (side == "w" ? " b " : " w ") + rights + " " + enPassant + rest;
+}
+
+TEST(EngineEvaluate, SeesBothColoursAlike) {
+    const char* kPositions[] = {
+        kStartFen,
+        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+        "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+        "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
+        "2kr1b1r/ppp1qppp/2n2n2/4p3/2B1P1b1/2NP1N2/PPP2PPP/R1BQ1RK1 w - - 4 8",
+        "8/8/3k4/8/8/8/1q6/6K1 w - - 0 80",
+        "6k1/5ppp/8/3P4/1P6/8/5PPP/3R2K1 b - - 0 1",
+    };
+    PawnCache pawns;
+    for (const char* fen : kPositions) {
+        const std::string mirror = MirrorFen(fen);
+        EXPECT_EQ(Evaluate(BoardOf(fen), pawns), Evaluate(BoardOf(mirror), pawns))
+            << fen << " / " << mirror;
+    }
+}
+
+TEST(EngineEvaluate, WeighsMaterialAndDrivesTheLoneKing) {
+    PawnCache pawns;
+    // A knight up: worth a few pawns, from either side's view.
+    const int up =
+        Evaluate(BoardOf("rnbqkb1r/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"), pawns);
+    EXPECT_GT(up, 200);
+    EXPECT_LT(Evaluate(BoardOf("rnbqkb1r/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"), pawns),
+              -200);
+    // King and queen against king: the defending king is worse off in the corner than in the
+    // centre, and worse off still with the other king close by.
+    const int centre = Evaluate(BoardOf("8/8/8/3k4/8/8/2Q5/4K3 w - - 0 1"), pawns);
+    const int corner = Evaluate(BoardOf("k7/8/8/8/8/8/2Q5/4K3 w - - 0 1"), pawns);
+    const int cornered = Evaluate(BoardOf("k7/8/1K6/8/8/8/2Q5/8 w - - 0 1"), pawns);
+    EXPECT_GT(corner, centre);
+    EXPECT_GT(cornered, corner);
+    // A lone minor piece ahead is scaled down: it cannot win alone.
+    EXPECT_LT(Evaluate(BoardOf("8/8/3k4/8/8/8/2N5/6K1 w - - 0 1"), pawns), 100);
+}
+
+TEST(EngineHashTable, StoresProbesAndReplaces) {
+    TranspositionTable table(1);
+    const std::uint64_t key = 0x123456789ABCDEF0ULL;
+    const Move move(12, 28, kDoublePush);
+    EXPECT_EQ(table.Probe(key), nullptr);
+    table.Store(key, move, 57, 40, 6, Bound::Exact, 3);
+    const TranspositionTable::Entry* entry = table.Probe(key);
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(Move::FromBits(entry->move), move);
+    EXPECT_EQ(entry->score, 57);
+    EXPECT_EQ(entry->eval, 40);
+    EXPECT_EQ(entry->depth, 6);
+    EXPECT_EQ(table.Probe(key ^ (1ULL << 40)), nullptr);  // same slot, another position
+
+    // A mate found 3 plies below the root, stored 5 plies from it, is the same mate seen from
+    // a node 2 plies from the root: 3 plies further from there.
+    table.Store(key, move, kMate - 8, 0, 6, Bound::Exact, 5);
+    EXPECT_EQ(ScoreFromTable(table.Probe(key)->score, 2), kMate - 5);
+    table.Store(key, move, -(kMate - 8), 0, 6, Bound::Exact, 5);
+    EXPECT_EQ(ScoreFromTable(table.Probe(key)->score, 2), -(kMate - 5));
+
+    // Another position for the same slot: a shallow result does not push out a deep one of the
+    // same search, but does once a new search has begun. A result without a move keeps the
+    // move already known for its position.
+    const std::uint64_t other = key ^ (1ULL << 40);
+    table.Store(key, move, 10, 0, 12, Bound::Lower, 0);
+    table.Store(other, Move(), 20, 0, 2, Bound::Upper, 0);
+    EXPECT_NE(table.Probe(key), nullptr);
+    table.Store(key, Move(), 30, 0, 13, Bound::Upper, 0);
+    EXPECT_EQ(Move::FromBits(table.Probe(key)->move), move);
+    table.NewSearch();
+    table.Store(other, Move(), 20, 0, 2, Bound::Upper, 0);
+    EXPECT_EQ(table.Probe(key), nullptr);
+    EXPECT_NE(table.Probe(other), nullptr);
+
+    table.Resize(2);
+    EXPECT_EQ(table.Megabytes(), 2);
+    EXPECT_EQ(table.Probe(other), nullptr);
+}
+
+}  // namespace
+}  // namespace velmora::engine

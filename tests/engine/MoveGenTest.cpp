@@ -1,0 +1,177 @@
+// The engine's move generator against the published perft figures and, position by position,
+// against the core's legal move list; the board's keys and texts along the way.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "core/LegalMoves.h"
+#include "engine/search/MoveGen.h"
+#include "tests/core/TestBoards.h"
+#include "tests/engine/EngineTestSupport.h"
+
+namespace velmora::engine {
+namespace {
+
+using testing::BoardOf;
+using testing::CoreMoveOf;
+using testing::CoreValueOf;
+
+struct PerftCase {
+    const char* name;
+    const char* fen;
+    int depth;
+    std::uint64_t leaves;
+};
+
+// The well-known perft positions with their published leaf counts, at depths that keep the
+// sanitizer build quick. Between them: castling both ways and through attacked squares, en
+// passant that uncovers a check along the rank, promotions with and without capture, pins
+// and discovered checks.
+const PerftCase kPerftCases[] = {
+    {"initial", kStartFen, 4, 197281},
+    {"kiwipete", "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1", 3, 97862},
+    {"rook endgame", "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", 5, 674624},
+    {"promotions and pins", "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1", 3,
+     9467},
+    {"the same, mirrored", "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1", 3,
+     9467},
+    {"promotion by capture", "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8", 3, 62379},
+    {"symmetrical middlegame",
+     "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10", 3, 89890},
+};
+
+TEST(EngineMoveGen, PerftMeetsThePublishedCounts) {
+    for (const PerftCase& test : kPerftCases) {
+        Board board = BoardOf(test.fen);
+        EXPECT_EQ(Perft(board, test.depth), test.leaves) << test.name;
+        EXPECT_EQ(board.Fen(), BoardOf(test.fen).Fen())
+            << test.name << ": unmake restores the board";
+    }
+}
+
+// Walks every line to depth and compares at each node: the engine's moves are exactly the
+// core's, except the moves the core accepts and chess does not (a pawn stepping over a piece,
+// castling across a square a pawn attacks). Also checks that the key kept during make and
+// unmake equals the key of the same position read afresh.
+void CompareWithCore(Board& board, int depth, const char* name, int* nodes) {
+    ++*nodes;
+    const std::string fen = board.Fen();
+    ASSERT_EQ(board.Key(), BoardOf(fen).Key()) << name << ": " << fen;
+    MoveList engineMoves;
+    GenerateMoves(board, engineMoves);
+    const PositionValue value = CoreValueOf(board);
+    velmora::MoveList coreMoves;
+    LegalMoves(value, &coreMoves);
+    std::vector<velmora::Move> mine;
+    for (Move move : engineMoves) {
+        mine.push_back(CoreMoveOf(move));
+        EXPECT_TRUE(coreMoves.Contains(mine.back()))
+            << name << ": " << fen << " " << MoveText(move);
+    }
+    for (const velmora::Move& move : coreMoves) {
+        if (std::find(mine.begin(), mine.end(), move) != mine.end()) continue;
+        EXPECT_NE(velmora::testing::ChessObjection(value, move.from, move.to),
+                  velmora::testing::kNone)
+            << name << ": the core alone plays " << int(move.from) << "-" << int(move.to) << " in "
+            << fen;
+    }
+    // The noisy moves are exactly the captures and promotions among all moves.
+    MoveList noisy;
+    GenerateMoves(board, noisy, MoveSet::Noisy);
+    int expected = 0;
+    for (Move move : engineMoves)
+        expected += move.IsNoisy();
+    EXPECT_EQ(noisy.size, expected) << name << ": " << fen;
+    if (depth == 0) return;
+    for (Move move : engineMoves) {
+        board.MakeMove(move);
+        CompareWithCore(board, depth - 1, name, nodes);
+        board.UnmakeMove();
+        if (::testing::Test::HasFatalFailure()) return;
+    }
+}
+
+TEST(EngineMoveGen, AgreesWithTheCoreMoveByMove) {
+    int nodes = 0;
+    for (const PerftCase& test : kPerftCases) {
+        Board board = BoardOf(test.fen);
+        CompareWithCore(board, 2, test.name, &nodes);
+    }
+    EXPECT_GT(nodes, 6000);  // every position with its replies and theirs
+}
+
+TEST(EngineBoard, ReadsAndWritesFen) {
+    const char* kTexts[] = {
+        kStartFen,
+        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+        "rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3",
+        "8/8/8/8/8/8/8/K1k5 b - - 37 90",
+    };
+    for (const char* text : kTexts)
+        EXPECT_EQ(BoardOf(text).Fen(), text);
+
+    Board board;
+    // A double step without an enemy pawn beside it names no en-passant square, so the same
+    // placement reached either way has one key.
+    EXPECT_TRUE(board.SetFromFen("4k3/8/8/8/4P3/8/8/4K3 b - e3 0 1"));
+    EXPECT_EQ(board.EnPassant(), -1);
+    EXPECT_EQ(board.Key(), BoardOf("4k3/8/8/8/4P3/8/8/4K3 b - - 0 1").Key());
+    // A castling right without the rook at home is dropped.
+    EXPECT_EQ(BoardOf("4k3/8/8/8/8/8/8/4K3 w KQ - 0 1").Castling(), 0);
+    // Texts that are not positions.
+    const char* kBad[] = {
+        "",
+        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP w KQkq - 0 1",        // seven ranks
+        "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1",  // nine files
+        "8/8/8/8/8/8/8/K7 w - - 0 1",                             // no black king
+        "4k3/8/8/8/8/8/8/4R1K1 w - - 0 1",                        // Black in check, White to move
+        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1",
+    };
+    for (const char* text : kBad)
+        EXPECT_FALSE(board.SetFromFen(text)) << text;
+}
+
+TEST(EngineBoard, ParsesMovesAsCoordinates) {
+    Board board;
+    for (const char* text : {"e2e4", "e7e5", "g1f3", "b8c6", "f1c4", "g8f6", "e1g1"}) {
+        const Move move = ParseMove(board, text);
+        ASSERT_FALSE(move.IsNone()) << text;
+        EXPECT_EQ(MoveText(move), text);
+        board.MakeMove(move);
+    }
+    EXPECT_EQ(board.Fen(), "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQ1RK1 b kq - 5 4");
+    EXPECT_TRUE(ParseMove(board, "e8g8").IsNone());  // f8 is not empty
+    EXPECT_TRUE(ParseMove(board, "e7e5").IsNone());
+    EXPECT_TRUE(ParseMove(board, "zz").IsNone());
+    Board promotion = BoardOf("8/4P1k1/8/8/8/8/8/4K3 w - - 0 1");
+    EXPECT_TRUE(ParseMove(promotion, "e7e8").IsNone());  // the piece must be named
+    EXPECT_EQ(ParseMove(promotion, "e7e8n").PromotionKind(), kKnightKind);
+}
+
+TEST(EngineBoard, FindsRepetitionsAndMaterialDraws) {
+    Board board;
+    const char* kShuffle[] = {"g1f3", "g8f6", "f3g1", "f6g8", "g1f3", "g8f6", "f3g1", "f6g8"};
+    for (int i = 0; i < 8; ++i) {
+        board.MakeMove(ParseMove(board, kShuffle[i]));
+        // Twice the same position before the search started is not yet a draw; the third
+        // time is.
+        EXPECT_EQ(board.IsRepetition(0), i == 7) << i;
+    }
+    // Inside the search one repetition is enough.
+    Board inSearch;
+    for (int i = 0; i < 4; ++i)
+        inSearch.MakeMove(ParseMove(inSearch, kShuffle[i]));
+    EXPECT_TRUE(inSearch.IsRepetition(4));
+    EXPECT_FALSE(inSearch.IsRepetition(3));
+
+    EXPECT_TRUE(BoardOf("8/8/4k3/8/8/3KB3/8/8 w - - 0 1").IsInsufficientMaterial());
+    EXPECT_TRUE(BoardOf("8/8/4k3/8/8/3K4/8/8 w - - 0 1").IsInsufficientMaterial());
+    EXPECT_FALSE(BoardOf("8/8/4k3/8/8/3KBN2/8/8 w - - 0 1").IsInsufficientMaterial());
+    EXPECT_FALSE(BoardOf("8/8/4k3/8/8/3K4/4P3/8 w - - 0 1").IsInsufficientMaterial());
+    EXPECT_TRUE(BoardOf("8/8/4k3/8/8/3K4/8/8 w - - 100 80").IsFiftyMoveDraw());
+    EXPECT_FALSE(BoardOf("8/8/4k3/8/8/3K4/8/8 w - - 99 80").IsFiftyMoveDraw());
+}
+
+}  // namespace
+}  // namespace velmora::engine

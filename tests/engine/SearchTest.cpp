@@ -1,0 +1,217 @@
+// The search finds mates and wins material, scores draws as draws, and keeps to its limits.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "engine/search/Engine.h"
+#include "engine/search/Exchange.h"
+#include "engine/search/MoveGen.h"
+#include "engine/search/Search.h"
+#include "tests/engine/EngineTestSupport.h"
+
+namespace velmora::engine {
+namespace {
+
+using testing::BoardOf;
+using Clock = std::chrono::steady_clock;
+
+SearchResult SearchToDepth(const std::string& fen, int depth) {
+    Board board = BoardOf(fen);
+    TranspositionTable table(1);
+    Searcher searcher(table);
+    SearchLimits limits;
+    limits.depth = depth;
+    const std::atomic<bool> stop{false};
+    return searcher.Search(board, limits, stop);
+}
+
+struct MateCase {
+    const char* fen;
+    int moves;  // mate in this many moves of the side to move
+};
+
+TEST(EngineSearch, FindsMatesAtADepthLimit) {
+    const MateCase kMates[] = {
+        {"6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1", 1},     // back rank
+        {"3r2k1/8/8/8/8/8/5PPP/6K1 b - - 0 1", 1},        // back rank, Black to move
+        {"k7/7P/1K6/8/8/8/8/8 w - - 0 1", 1},             // by promotion
+        {"7k/8/6K1/8/8/8/5Q2/8 w - - 0 1", 1},            // Qf7 would stalemate; Qf8 mates
+        {"r5k1/5ppp/8/8/8/8/3R1PPP/3R2K1 w - - 0 1", 2},  // doubled rooks through a defender
+        {"rr4k1/5ppp/8/8/8/3R4/3R1PPP/3Q2K1 w - - 0 1", 3},
+    };
+    for (const MateCase& test : kMates) {
+        const SearchResult result = SearchToDepth(test.fen, 2 * test.moves + 1);
+        ASSERT_TRUE(IsMateScore(result.info.score)) << test.fen << " score " << result.info.score;
+        EXPECT_EQ(MateInMoves(result.info.score), test.moves) << test.fen;
+        if (test.moves == 1) {
+            Board board = BoardOf(test.fen);
+            board.MakeMove(result.best);
+            MoveList replies;
+            GenerateMoves(board, replies);
+            EXPECT_TRUE(board.InCheck() && replies.size == 0)
+                << test.fen << " " << MoveText(result.best);
+        }
+    }
+    // The side being mated sees it coming.
+    const SearchResult mated = SearchToDepth("k7/8/1K6/8/8/8/8/7R b - - 0 1", 4);
+    EXPECT_TRUE(IsMateScore(mated.info.score) && MateInMoves(mated.info.score) < 0)
+        << mated.info.score;
+}
+
+TEST(EngineSearch, TakesAHangingPiece) {
+    struct Case {
+        const char* fen;
+        const char* best;
+    };
+    const Case kCases[] = {
+        {"rnb1kbnr/pppp1ppp/8/4p3/3q4/2P5/PP1PPPPP/RNBQKBNR w KQkq - 0 3",
+         "c3d4"},                                        // queen en prise
+        {"4k3/8/8/3r4/8/8/3R4/3K4 w - - 0 1", "d2d5"},   // rook for free
+        {"4k3/p7/2n5/8/3P4/8/8/4K3 b - - 0 1", "c6d4"},  // pawn for free
+    };
+    for (const Case& test : kCases) {
+        const SearchResult result = SearchToDepth(test.fen, 6);
+        EXPECT_EQ(MoveText(result.best), test.best) << test.fen;
+        EXPECT_GT(result.info.score, 50) << test.fen;
+    }
+}
+
+TEST(EngineSearch, ScoresDrawsAsDraws) {
+    // Stalemated: no move to report.
+    const SearchResult stalemate = SearchToDepth("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", 3);
+    EXPECT_TRUE(stalemate.best.IsNone());
+
+    // A queen up, but every move ends the fifty moves: a draw. With the clock at zero the
+    // same position is a win, which shows the draw comes from the rule.
+    EXPECT_EQ(SearchToDepth("8/8/3k4/8/8/8/1q6/6K1 w - - 99 80", 4).info.score, 0);
+    EXPECT_LT(SearchToDepth("8/8/3k4/8/8/8/1q6/6K1 w - - 0 80", 4).info.score, -500);
+    // Bare kings, and king and knight against king.
+    EXPECT_EQ(SearchToDepth("8/8/3k4/8/8/8/8/6K1 w - - 0 1", 5).info.score, 0);
+    EXPECT_EQ(SearchToDepth("8/8/3k4/8/8/8/2n5/6K1 w - - 0 1", 5).info.score, 0);
+
+    // Black, a queen down, repeats the position a third time: the game history counts.
+    Engine engine(1);
+    ASSERT_TRUE(engine.SetPosition("rnb1kbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+                                   {"g1f3", "g8f6", "f3g1", "f6g8", "g1f3", "g8f6", "f3g1"}));
+    SearchLimits limits;
+    limits.depth = 5;
+    Move best;
+    int score = -1;
+    engine.Go(limits, nullptr, [&](Move move, Move, const SearchInfo& info) {
+        best = move;
+        score = info.score;
+    });
+    engine.Wait();
+    EXPECT_EQ(MoveText(best), "f6g8");
+    EXPECT_EQ(score, 0);
+}
+
+TEST(EngineSearch, KeepsToTimeAndNodeLimits) {
+    TranspositionTable table(1);
+    Searcher searcher(table);
+    const std::atomic<bool> stop{false};
+    Board board = BoardOf("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+
+    // Fixed time per move: stops near it, never far beyond (measured generously for slow
+    // builds), and always with a move.
+    SearchLimits fixed;
+    fixed.moveTimeMs = 150;
+    Clock::time_point start = Clock::now();
+    SearchResult result = searcher.Search(board, fixed, stop);
+    long long took =
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+    EXPECT_LT(took, 600);
+    EXPECT_GE(took, 100);
+    EXPECT_FALSE(result.best.IsNone());
+
+    // A nearly empty clock: a move comes back well within what is left.
+    SearchLimits clock;
+    clock.timeMs[kWhiteSide] = 300;
+    clock.timeMs[kBlackSide] = 300;
+    start = Clock::now();
+    result = searcher.Search(board, clock, stop);
+    took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+    EXPECT_LT(took, 250);
+    EXPECT_FALSE(result.best.IsNone());
+
+    SearchLimits nodes;
+    nodes.nodes = 20000;
+    result = searcher.Search(board, nodes, stop);
+    EXPECT_LE(result.info.nodes, 20000u + 2048u);  // the limit is looked at every 2048 nodes
+    EXPECT_FALSE(result.best.IsNone());
+}
+
+TEST(EngineSearch, StopsAnInfiniteSearchFromAnotherThread) {
+    Engine engine(1);
+    std::atomic<int> moves{0};
+    SearchLimits limits;
+    limits.infinite = true;
+    engine.Go(limits, nullptr, [&](Move best, Move, const SearchInfo&) {
+        if (!best.IsNone()) ++moves;
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_TRUE(engine.Searching());
+    const Clock::time_point start = Clock::now();
+    engine.Stop();
+    engine.Wait();
+    EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count(),
+              500);
+    EXPECT_EQ(moves.load(), 1);
+    EXPECT_FALSE(engine.Searching());
+}
+
+TEST(EngineTime, NeverPlansBeyondTheClock) {
+    // Remaining, increment, moves to go: the hard limit stays inside the clock in every case.
+    const int kClocks[][3] = {{60000, 0, 0}, {60000, 1000, 0}, {1000, 0, 0},
+                              {100, 0, 1},   {40, 0, 0},       {5, 0, 0},
+                              {0, 0, 0},     {300000, 0, 40},  {2000, 2000, 1}};
+    for (const auto& c : kClocks) {
+        SearchLimits limits;
+        limits.timeMs[kBlackSide] = c[0];
+        limits.incrementMs[kBlackSide] = c[1];
+        limits.movesToGo = c[2];
+        TimeControl time;
+        time.Start(limits, kBlackSide);
+        EXPECT_TRUE(time.Limited());
+        EXPECT_LE(time.SoftMs(), time.HardMs()) << c[0];
+        EXPECT_LE(time.HardMs(), std::max(1, c[0] - limits.overheadMs))
+            << c[0] << " " << c[1] << " " << c[2];
+        EXPECT_GE(time.HardMs(), 1);
+    }
+    SearchLimits infinite;
+    infinite.infinite = true;
+    infinite.timeMs[0] = 10;
+    TimeControl time;
+    time.Start(infinite, kWhiteSide);
+    EXPECT_FALSE(time.Limited());
+}
+
+TEST(EngineExchange, WeighsCaptureSequences) {
+    struct Case {
+        const char* fen;
+        const char* move;
+        int threshold;
+        bool wins;
+    };
+    const Case kCases[] = {
+        {"4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1", "e4d5", 100, true},     // a free pawn
+        {"4k3/8/2p5/3p4/4P3/8/8/4K3 w - - 0 1", "e4d5", 1, false},    // pawn for pawn
+        {"4k3/8/2p5/3p4/8/8/3Q4/4K3 w - - 0 1", "d2d5", 0, false},    // queen for a pawn
+        {"4k3/3r4/8/3p4/8/8/3R4/3RK3 w - - 0 1", "d2d5", 0, true},    // the rook behind helps
+        {"3rk3/3r4/8/3p4/8/8/3R4/3RK3 w - - 0 1", "d2d5", 0, false},  // outnumbered on the file
+        {"4k3/8/8/8/8/2n5/8/R3K3 w - - 0 1", "a1a2", -500, true},     // losing a rook at worst
+        {"4k3/8/8/8/8/2n5/8/R3K3 w - - 0 1", "a1a2", -100, false},    // ... which it does
+    };
+    for (const Case& test : kCases) {
+        const Board board = BoardOf(test.fen);
+        const Move move = ParseMove(board, test.move);
+        ASSERT_FALSE(move.IsNone()) << test.fen << " " << test.move;
+        EXPECT_EQ(ExchangeAtLeast(board, move, test.threshold), test.wins)
+            << test.fen << " " << test.move;
+    }
+}
+
+}  // namespace
+}  // namespace velmora::engine

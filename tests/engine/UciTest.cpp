@@ -1,0 +1,127 @@
+// The UCI conversation fed line by line, without a process: replies, positions, options and
+// the parameters of "go".
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/search/MoveGen.h"
+#include "engine/uci/UciSession.h"
+
+namespace velmora::engine {
+namespace {
+
+TEST(EngineUci, ReadsGoParameters) {
+    SearchLimits limits;
+    ASSERT_TRUE(
+        ParseGoLimits("go wtime 61000 btime 59000 winc 1000 binc 900 movestogo 12", &limits));
+    EXPECT_EQ(limits.timeMs[0], 61000);
+    EXPECT_EQ(limits.timeMs[1], 59000);
+    EXPECT_EQ(limits.incrementMs[0], 1000);
+    EXPECT_EQ(limits.incrementMs[1], 900);
+    EXPECT_EQ(limits.movesToGo, 12);
+    EXPECT_FALSE(limits.infinite);
+
+    struct Case {
+        const char* line;
+        bool readable;
+        int depth, moveTime;
+        std::uint64_t nodes;
+        bool infinite;
+    };
+    const Case kCases[] = {
+        {"depth 7", true, 7, 0, 0, false},
+        {"go movetime 150", true, 0, 150, 0, false},
+        {"go nodes 123456789012", true, 0, 0, 123456789012ULL, false},
+        {"go infinite", true, 0, 0, 0, true},
+        {"go ponder depth 3 searchmoves e2e4", true, 3, 0, 0, false},  // unknown words skipped
+        {"go depth", false, 0, 0, 0, false},
+        {"go movetime soon", false, 0, 0, 0, false},
+    };
+    for (const Case& test : kCases) {
+        SearchLimits read;
+        EXPECT_EQ(ParseGoLimits(test.line, &read), test.readable) << test.line;
+        if (!test.readable) continue;
+        EXPECT_EQ(read.depth, test.depth) << test.line;
+        EXPECT_EQ(read.moveTimeMs, test.moveTime) << test.line;
+        EXPECT_EQ(read.nodes, test.nodes) << test.line;
+        EXPECT_EQ(read.infinite, test.infinite) << test.line;
+    }
+    // A clock that ran below zero reads as empty.
+    SearchLimits late;
+    ASSERT_TRUE(ParseGoLimits("go wtime -35 btime 1000", &late));
+    EXPECT_EQ(late.timeMs[0], 0);
+}
+
+class UciConversation : public ::testing::Test {
+  protected:
+    // Sends a line and returns the replies it produced at once.
+    std::vector<std::string> Say(const std::string& line) {
+        replies_.clear();
+        alive_ = session_.HandleLine(line);
+        return replies_;
+    }
+
+    Engine engine_{1};
+    std::vector<std::string> replies_;
+    UciSession session_{engine_, [this](const std::string& line) { replies_.push_back(line); }};
+    bool alive_ = true;
+};
+
+TEST_F(UciConversation, IntroducesItselfAndAnswersReady) {
+    const std::vector<std::string> hello = Say("uci");
+    ASSERT_FALSE(hello.empty());
+    EXPECT_EQ(hello.front(), "id name Velmora");
+    EXPECT_EQ(hello.back(), "uciok");
+    bool hash = false;
+    for (const std::string& line : hello)
+        hash = hash || line.rfind("option name Hash type spin", 0) == 0;
+    EXPECT_TRUE(hash);
+    EXPECT_EQ(Say("isready"), std::vector<std::string>{"readyok"});
+    EXPECT_TRUE(Say("").empty());
+    EXPECT_TRUE(Say("   ").empty());
+    EXPECT_TRUE(alive_);
+}
+
+TEST_F(UciConversation, SetsPositionsAndOptions) {
+    Say("position startpos moves e2e4 c7c5 g1f3");
+    EXPECT_EQ(engine_.CurrentBoard().Fen(),
+              "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2");
+    Say("position fen 8/4P1k1/8/8/8/8/8/4K3 w - - 0 1 moves e7e8n g7g6");
+    EXPECT_EQ(engine_.CurrentBoard().Fen(), "4N3/8/6k1/8/8/8/8/4K3 w - - 1 2");
+    // An illegal move leaves the last good position and says so.
+    const std::vector<std::string> refused = Say("position startpos moves e2e5");
+    ASSERT_EQ(refused.size(), 1u);
+    EXPECT_EQ(refused[0].rfind("info string", 0), 0u);
+    EXPECT_EQ(engine_.CurrentBoard().Fen(), "4N3/8/6k1/8/8/8/8/4K3 w - - 1 2");
+    Say("position startpos");
+    EXPECT_EQ(engine_.CurrentBoard().Fen(), kStartFen);
+
+    EXPECT_TRUE(Say("setoption name Hash value 2").empty());
+    EXPECT_EQ(engine_.HashMegabytes(), 2);
+    EXPECT_TRUE(Say("setoption name Move Overhead value 50").empty());
+    EXPECT_EQ(Say("setoption name Ponder value true").size(), 1u);  // not offered: says so
+}
+
+TEST_F(UciConversation, SearchesAndReportsItsMove) {
+    Say("position fen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1");
+    Say("go depth 3");
+    engine_.Wait();
+    ASSERT_GE(replies_.size(), 4u);
+    EXPECT_EQ(replies_[0].rfind("info depth 1 seldepth ", 0), 0u) << replies_[0];
+    EXPECT_NE(replies_[2].find(" score mate 1 "), std::string::npos) << replies_[2];
+    EXPECT_NE(replies_[2].find(" pv d1d8"), std::string::npos) << replies_[2];
+    EXPECT_EQ(replies_.back(), "bestmove d1d8");
+
+    // Stalemate: the protocol's empty move.
+    Say("position fen 7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
+    Say("go depth 2");
+    engine_.Wait();
+    EXPECT_EQ(replies_.back(), "bestmove 0000");
+
+    EXPECT_TRUE(Say("quit").empty());
+    EXPECT_FALSE(alive_);
+}
+
+}  // namespace
+}  // namespace velmora::engine

@@ -4,7 +4,7 @@
 # second in. grep counting the games' White tags gives the floor of reading the file, for scale.
 #
 # Usage: bash bench/game-list.sh [COPIES]
-# Concatenates every *.pgn of ../shared/data COPIES times (default 3: 41,172 games) into
+# Concatenates every *.pgn of ../shared/data COPIES times (default 3: 41,112 games) into
 # build/compare/games40k.pgn, builds build/windows, and runs velmora-bench-game-list on a
 # virtual display when there is none. RUNS=N repeats the dialog run (default 3).
 set -euo pipefail

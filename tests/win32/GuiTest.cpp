@@ -1,5 +1,7 @@
 // The program's windows and dialogs, run for real under Wine (Xvfb on Linux): driven with the
 // messages a tap or a command sends, read back, and photographed under build/screenshots/.
+#include <algorithm>
+
 #include "game/Game.h"
 #include "game/GameIndex.h"
 #include "game/MoveTree.h"
@@ -7,6 +9,7 @@
 #include "gamewindow/BoardView.h"
 #include "platform/win32/WideText.h"
 #include "shell/GameListDialog.h"
+#include "ui/DocumentList.h"
 #include "win32/GuiDriver.h"
 
 namespace velmora::gui {
@@ -49,6 +52,24 @@ TEST_F(GuiTest, MainWindowListsThePgnFilesOfAllFoldersAndOfOneFolder) {
     EXPECT_STREQ(first, L"All Folders");
     Repaint(window);
     EXPECT_TRUE(test::SaveWindowShot(window, L"main-window"));
+
+    // "All files" lists the other files too; "PGN files" goes back.
+    HWND filter = pocketpc::DocListFilterChooser(main.DocList());
+    ASSERT_NE(filter, nullptr);
+    auto chooseFilter = [&](int entry) {
+        SendMessageW(filter, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+        SendMessageW(main.DocList(), WM_COMMAND, MAKEWPARAM(3, CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(filter));
+    };
+    chooseFilter(1);
+    EXPECT_EQ(WindowText(filter), L"All files");
+    std::vector<std::wstring> allFiles = ListViewColumn(list, 0);
+    std::sort(allFiles.begin(), allFiles.end());
+    EXPECT_EQ(allFiles,
+              (std::vector<std::wstring>{L"club\\sorting.pgn", L"notes.txt", L"three-games.pgn"}));
+    chooseFilter(0);
+    EXPECT_EQ(ListViewColumn(list, 0),
+              (std::vector<std::wstring>{L"three-games.pgn", L"club\\sorting.pgn"}));
 
     // Choosing the "club" folder lists its files only and tells the main window the folder.
     int club = static_cast<int>(SendMessageW(folders, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),

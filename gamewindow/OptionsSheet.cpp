@@ -312,10 +312,32 @@ void PlaceSheetButtons(HWND sheet) {
     }
 }
 
-int CALLBACK SheetCallback(HWND sheet, UINT message, LPARAM) {
+constexpr UINT_PTR kPlaceSheetTimer = 1;
+
+// Covers the screen with the sheet once it is shown: the sheet's own start-up may still move
+// it after its callback, so the placement is made again from the message loop.
+void CALLBACK PlaceSheetLater(HWND sheet, UINT, UINT_PTR id, DWORD) {
+    KillTimer(sheet, id);
+    pocketpc::InitDialog(sheet, kSheetInitFlags);
+    PlaceSheetButtons(sheet);
+}
+
+// Takes the caption bar away from the sheet's template, as the handheld's full-screen sheets
+// have none; a window without one is also placed exactly where the screen is.
+void DropCaption(void* dialogTemplate) {
+    auto* words = static_cast<WORD*>(dialogTemplate);
+    // An extended template starts with version 1 and 0xFFFF; its style follows two DWORDs.
+    DWORD* style =
+        words[1] == 0xFFFF ? reinterpret_cast<DWORD*>(words + 6) : reinterpret_cast<DWORD*>(words);
+    *style = (*style & ~(WS_CAPTION | DS_MODALFRAME | WS_SYSMENU)) | WS_POPUP;
+}
+
+int CALLBACK SheetCallback(HWND sheet, UINT message, LPARAM lParam) {
+    if (message == PSCB_PRECREATE && lParam != 0) DropCaption(reinterpret_cast<void*>(lParam));
     if (message == PSCB_INITIALIZED) {
         if (pocketpc::InitDialog(sheet, kSheetInitFlags)) DebugTrace(L"SHInitDialog => OK\n");
         PlaceSheetButtons(sheet);
+        SetTimer(sheet, kPlaceSheetTimer, 0, PlaceSheetLater);
     }
     return 0;
 }

@@ -148,15 +148,9 @@ TEST_F(GuiTest, EveryCommandOfTheMainWindowDoesItsWorkOrIsDisabled) {
     const std::wstring root = std::wstring(temp) + L"velmora-commands\\";
     CreateDirectoryW(root.c_str(), nullptr);
     CopyFileW(DataPath(L"three-games.pgn").c_str(), (root + L"three-games.pgn").c_str(), FALSE);
-    wchar_t previous[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, previous);
-    SetCurrentDirectoryW(root.c_str());
-    MainWindow main;
-    HWND window = main.Create(App().programInstance);
+    MainWindowIn shown(root);
+    HWND window = shown.window;
     ASSERT_NE(window, nullptr);
-    App().mainWindow = window;
-    UpdateWindow(window);
-    Pump();
     HWND bar = pocketpc::FindMenuBar(window);
     ASSERT_NE(bar, nullptr);
     std::vector<Command> commands;
@@ -187,9 +181,6 @@ TEST_F(GuiTest, EveryCommandOfTheMainWindowDoesItsWorkOrIsDisabled) {
     for (const Command& command : commands) {
         if (command.id == ID_IMPORT_STAR_DIAMOND) EXPECT_FALSE(command.enabled);
     }
-    DestroyWindow(window);
-    Pump();
-    SetCurrentDirectoryW(previous);
 }
 
 class GameWindowCommandsTest : public GuiTest {

@@ -46,17 +46,6 @@ class EditingDialogsTest : public GuiTest {
         GuiTest::TearDown();
     }
 
-    // Photographs the dialog as it is, then turned to landscape, and turns it back.
-    void PhotographBothWays(HWND dialog, const std::wstring& name) {
-        Repaint(dialog);
-        EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-portrait").c_str()));
-        pocketpc::SetOrientation(false);
-        Repaint(dialog);
-        EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-landscape").c_str()));
-        pocketpc::SetOrientation(true);
-        Repaint(dialog);
-    }
-
     // A tap on the editor's board at a square ("e1").
     static void TapSetupSquare(HWND dialog, const char* square) {
         const int file = square[0] - 'a';

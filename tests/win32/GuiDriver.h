@@ -154,6 +154,46 @@ inline void TapGameList(HWND dialog, HWND list, int row, int column = 0) {
     SendMessageW(dialog, WM_NOTIFY, 1000, reinterpret_cast<LPARAM>(&notify));
 }
 
+// Photographs a dialog as it is, then turned to landscape, and turns it back.
+inline void PhotographBothWays(HWND dialog, const std::wstring& name) {
+    Repaint(dialog);
+    EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-portrait").c_str()));
+    pocketpc::SetOrientation(false);
+    Repaint(dialog);
+    EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-landscape").c_str()));
+    pocketpc::SetOrientation(true);
+    Repaint(dialog);
+}
+
+// The main window over folder, which is the current folder while it lives (its document list
+// shows the files below it), shown and painted; the window goes and the previous current
+// folder comes back with this object.
+class MainWindowIn {
+  public:
+    explicit MainWindowIn(const std::wstring& folder) {
+        GetCurrentDirectoryW(MAX_PATH, previous_);
+        SetCurrentDirectoryW(folder.c_str());
+        window = main.Create(App().programInstance);
+        if (window == nullptr) return;
+        App().mainWindow = window;
+        UpdateWindow(window);
+        Pump();
+    }
+    ~MainWindowIn() {
+        if (window != nullptr) DestroyWindow(window);
+        Pump();
+        SetCurrentDirectoryW(previous_);
+    }
+    MainWindowIn(const MainWindowIn&) = delete;
+    MainWindowIn& operator=(const MainWindowIn&) = delete;
+
+    MainWindow main;
+    HWND window = nullptr;
+
+  private:
+    wchar_t previous_[MAX_PATH] = {};
+};
+
 inline LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_SIZE || message == WM_MOVE) pocketpc::FollowFrame();
     return DefWindowProcW(window, message, wParam, lParam);

@@ -25,16 +25,11 @@ TEST_F(GuiTest, MainWindowListsThePgnFilesOfAllFoldersAndOfOneFolder) {
     CopyFileW(DataPath(L"game-list-sorting.pgn").c_str(), (root + L"club\\sorting.pgn").c_str(),
               FALSE);
     CopyFileW(DataPath(L"three-games.pgn").c_str(), (root + L"notes.txt").c_str(), FALSE);
-    wchar_t previous[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, previous);
-    SetCurrentDirectoryW(root.c_str());
 
-    MainWindow main;
-    HWND window = main.Create(App().programInstance);
+    MainWindowIn shown(root);
+    MainWindow& main = shown.main;
+    HWND window = shown.window;
     ASSERT_NE(window, nullptr);
-    App().mainWindow = window;
-    UpdateWindow(window);
-    Pump();
     RECT client{};
     GetClientRect(window, &client);
     EXPECT_EQ(client.right, 240);
@@ -91,10 +86,6 @@ TEST_F(GuiTest, MainWindowListsThePgnFilesOfAllFoldersAndOfOneFolder) {
     EXPECT_EQ(listRect.right - listRect.left, 320);
     Repaint(window);
     EXPECT_TRUE(test::SaveWindowShot(window, L"main-window-landscape"));
-
-    DestroyWindow(window);
-    Pump();
-    SetCurrentDirectoryW(previous);
 }
 
 TEST_F(GuiTest, GameListSortsByTwoColumnsAndATapChoosesTheGame) {

@@ -70,17 +70,6 @@ void Type(HWND dialog, int id, const wchar_t* text) {
     SetWindowTextW(GetDlgItem(dialog, id), text);
 }
 
-// Photographs a dialog as it is, then turned to landscape, and turns it back.
-void PhotographBothWays(HWND dialog, const std::wstring& name) {
-    Repaint(dialog);
-    EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-portrait").c_str()));
-    pocketpc::SetOrientation(false);
-    Repaint(dialog);
-    EXPECT_TRUE(test::SaveWindowShot(dialog, (name + L"-landscape").c_str()));
-    pocketpc::SetOrientation(true);
-    Repaint(dialog);
-}
-
 class SearchAndOptionsTest : public GuiTest {
   protected:
     void SetUp() override {
@@ -100,16 +89,10 @@ class SearchAndOptionsTest : public GuiTest {
 };
 
 TEST_F(SearchAndOptionsTest, NameSearchListsTheGamesFoundAndOpensTheOneChosen) {
-    const std::wstring folder = SearchFolder();
-    wchar_t previous[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, previous);
-    SetCurrentDirectoryW(folder.c_str());
-    MainWindow main;
-    HWND window = main.Create(App().programInstance);
+    MainWindowIn shown(SearchFolder());
+    MainWindow& main = shown.main;
+    HWND window = shown.window;
     ASSERT_NE(window, nullptr);
-    App().mainWindow = window;
-    UpdateWindow(window);
-    Pump();
     std::vector<std::u16string> paths;
     for (const std::wstring& path : pocketpc::DocListFiles(main.DocList()))
         paths.push_back(FromWin32(path));
@@ -165,10 +148,6 @@ TEST_F(SearchAndOptionsTest, NameSearchListsTheGamesFoundAndOpensTheOneChosen) {
     EXPECT_EQ(opened.Offset(), second.Offset());
     // Saving splices the game back among the others of its file.
     EXPECT_EQ(main.CurrentGame()->saveMode, main.CurrentFile()->Count());
-
-    DestroyWindow(window);
-    Pump();
-    SetCurrentDirectoryW(previous);
 }
 
 TEST_F(SearchAndOptionsTest, PositionAndMaterialSearchesFindWhatTheSearchFinds) {

@@ -32,9 +32,6 @@ constexpr DWORD kPumpInterval = 30;
 const wchar_t* StopText() {
     return App().french ? L"Arr\u00EAter" : L"Stop";
 }
-const wchar_t* SearchText() {
-    return App().french ? L"Chercher" : L"Search";
-}
 
 void FillWithRecentPlayers(HWND combo) {
     const Settings* settings = App().settings;
@@ -61,6 +58,11 @@ INT_PTR SearchDialog::Run(HWND parent) {
 }
 
 BOOL SearchDialog::OnInitDialog() {
+    // The button's word in the template's language, given back when a search ends; read
+    // before the dialog is sized to the screen, which already lays it out again.
+    wchar_t word[64] = {};
+    GetDlgItemTextW(window_, IDC_SEARCH_RUN, word, 64);
+    searchWord_ = word;
     if (!DialogBase::OnInitDialog()) return FALSE;
     ShowProgress(false);
     SetDlgItemTextW(window_, IDC_FILES_TO_PARSE,
@@ -128,7 +130,7 @@ void SearchDialog::RunSearch() {
         return;
     }
     OfferResults();
-    if (IsWindow(window_)) SetDlgItemTextW(window_, IDC_SEARCH_RUN, SearchText());
+    if (IsWindow(window_)) SetDlgItemTextW(window_, IDC_SEARCH_RUN, searchWord_.c_str());
 }
 
 // Shows the games found in the game list; a game chosen there ends the search with it.
@@ -208,7 +210,7 @@ INT_PTR SearchDialog::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
             INT_PTR result = DialogBase::DialogProc(message, wParam, lParam);
             SetDlgItemTextW(window_, IDC_FILES_TO_PARSE,
                             Wide(FilesToParseText(static_cast<int>(paths_.size())).c_str()));
-            SetDlgItemTextW(window_, IDC_SEARCH_RUN, Running() ? StopText() : SearchText());
+            SetDlgItemTextW(window_, IDC_SEARCH_RUN, Running() ? StopText() : searchWord_.c_str());
             return result;
         }
         case WM_CLOSE:

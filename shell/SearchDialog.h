@@ -52,6 +52,7 @@ class SearchDialog : public DialogBase, private SearchObserver {
     void Progress(int fileIndex, std::uint32_t filePosition) override;
 
     std::vector<std::u16string> paths_;
+    std::wstring searchWord_;
     PositionValue position_;
     MaterialWanted material_;
     GameSearch* search_ = nullptr;  // while a search runs

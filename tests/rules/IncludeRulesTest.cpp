@@ -33,12 +33,16 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"devices", {"game", "core", "platform"}},
     {"models", {"game", "core", "platform"}},
     {"cli", {"game", "core", "platform"}},
+    {"plugins", {"engine", "game", "core", "platform"}},
     {"ui", {"models", "game/UserMessages.h", "platform", "resources"}},
-    {"gamewindow", {"ui", "models", "game", "core", "platform", "resources"}},
-    {"shell", {"gamewindow", "ui", "models", "game", "core", "platform", "resources"}},
+    {"gamewindow",
+     {"ui", "models", "engine", "clock", "game", "core", "platform", "resources"}},
+    {"shell",
+     {"gamewindow", "ui", "models", "engine", "clock", "game", "core", "platform", "resources"}},
 };
 // Code built for Windows only; everything else is portable.
-const std::set<std::string> kWin32Folders = {"ui", "shell", "gamewindow", "platform/win32"};
+const std::set<std::string> kWin32Folders = {"ui", "shell", "gamewindow", "platform/win32",
+                                             "plugins/win32"};
 const std::set<std::string> kWin32Headers = {"windows.h", "commctrl.h", "commdlg.h",  "shellapi.h",
                                              "shlobj.h",  "windowsx.h", "winuser.h",  "wingdi.h",
                                              "winreg.h",  "winbase.h",  "mmsystem.h", "aygshell.h"};

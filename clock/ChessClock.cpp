@@ -22,8 +22,9 @@ std::int32_t ClampSeconds(std::int64_t seconds) {
 
 // Returns whether value is a whole multiple of divisor (any number is one of 1 and of -1);
 // divisor must not be 0.
+// A control of no moves or a negative number of moves is never reached.
 bool IsMultiple(std::int64_t value, std::int64_t divisor) {
-    return value % divisor == 0;
+    return divisor > 0 && value % divisor == 0;
 }
 
 // Formats seconds as minutes and seconds with the given printf pattern ("%02d:%02d").
@@ -93,8 +94,9 @@ void ChessClock::CompleteMove(int finished, int next) {
     auto setMovesToGo = [&](std::int32_t moves) {
         if (fullMove) movesToGo_ = moves;
     };
+    // After the last control nothing is left to count.
     auto countDown = [&] {
-        if (fullMove) --movesToGo_;
+        if (fullMove && movesToGo_ > 0) --movesToGo_;
     };
     if (c.secondTime != 0 && c.thirdTime == 0) {
         if (c.secondMoves != 0) {

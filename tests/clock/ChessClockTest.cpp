@@ -80,8 +80,11 @@ TEST(ChessClock, TimeControlsAcrossTheirBoundaries) {
          50,
          70,
          {{40, 3600}, {60, 1800}},
-         {{1, 39}, {39, 1}, {40, 60}, {41, 59}, {60, 0}}},
+         {{1, 39}, {39, 1}, {40, 60}, {41, 59}, {60, 0}, {70, 0}}},
         {"sudden death with increment", {0, 0, 600, 0, 0, 0, 10}, 12, 45, {}, {{1, 0}, {45, 0}}},
+        // A new game's record holds -1 for both move counts: no control is ever reached, the
+        // 30 minutes are for the whole game.
+        {"negative move counts", {0, -1, 1800, -1, 0, 0, 0}, 20, 50, {}, {{1, -1}, {50, -1}}},
     };
     for (const Scheme& scheme : schemes) {
         SCOPED_TRACE(scheme.name);

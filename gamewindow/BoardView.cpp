@@ -53,6 +53,7 @@ BoardView::BoardView(Game& game)
 }
 
 BoardView::~BoardView() {
+    EndEngine();
     game_.RemoveObserver(this);
 }
 
@@ -75,8 +76,9 @@ BOOL BoardView::OnInitDialog() {
         MessageBoxW(window_, L"SHCreateMenuBar failed", L"Debug", MB_OK);
     } else {
         menuBarHeight_ = pocketpc::MenuBarHeight(menuBar_);
-        // No engine folders exist until the engine host comes: the bar has nine buttons.
-        const bool engineFound = false;
+        // The engine button only when there is an engine to start.
+        const bool engineFound =
+            App().engineHost != nullptr && App().engineHost->EngineCount() > 0;
         pocketpc::ToolButton shown[kToolbarImages];
         int count = 0;
         for (const pocketpc::ToolButton& button : kToolbar) {
@@ -104,6 +106,9 @@ BOOL BoardView::OnInitDialog() {
     board_.Attach(
         window_, layout_.Placement(false),
         App().drawing != nullptr ? App().drawing->Pieces(pieceSet, layout_.squareSize) : nullptr);
+    clockWindow_.Create(window_, RECT{layout_.clock.left, layout_.clock.top, layout_.clock.right,
+                                      layout_.clock.bottom});
+    clockWindow_.Show(false);
     created_ = true;
     notation_.Rebuild(nullptr);
     ApplyInitialMove();
@@ -162,7 +167,7 @@ void BoardView::ComputeLayout() {
     input.menuBarHeight = menuBarHeight_;
     input.textHeight = text.cy > 0 ? text.cy : 13;
     input.largeClocks = largeClocks_;
-    input.clockShown = false;
+    input.clockShown = clockShown_;
     layout_ = ComputeBoardLayout(input);
 }
 
@@ -178,6 +183,10 @@ void BoardView::PlaceChildren() {
         layout_.squareSize, layout_.boardLeft,
         App().drawing != nullptr ? App().drawing->Pieces(pieceSet, layout_.squareSize) : nullptr);
     board_.SetTop(layout_.boardTop);
+    clockWindow_.Move(
+        RECT{layout_.clock.left, layout_.clock.top, layout_.clock.right, layout_.clock.bottom});
+    engineInfo_.SetRectangle(
+        RECT{layout_.comment.left, layout_.comment.top, layout_.comment.right, layout_.comment.bottom});
     InvalidateRect(window_, nullptr, TRUE);
 }
 
@@ -229,11 +238,19 @@ void BoardView::Paint() {
         board_.DrawArrow(dc, arrival->from, arrival->to);
     }
     DrawIndicator(dc);
+    engineInfo_.Draw(dc);
     EndPaint(window_, &paint);
 }
 
 INT_PTR BoardView::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (OnEngineMessage(message, wParam)) return TRUE;
     switch (message) {
+        case WM_TIMER:
+            if (wParam == 1) ClockTick();
+            return TRUE;
+        case WM_DESTROY:
+            EndEngine();
+            break;
         case WM_SIZE: {
             DialogBase::DialogProc(message, wParam, lParam);
             if (created_) {
@@ -361,6 +378,15 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
         case kNotationId:
             notation_.OnNotify(HIWORD(wParam));
             return TRUE;
+        case ID_ENGINE_START:
+            StartEngine();
+            return TRUE;
+        case ID_ENGINE_MENU:
+            ShowEngineMenu();
+            return TRUE;
+        case ID_LARGE_CLOCKS:
+            ToggleLargeClocks();
+            return TRUE;
         case IDCANCEL:
             // Escape: the game window ends only through its exit commands, which ask about
             // saving first, or through closing it.
@@ -374,7 +400,15 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
                 SetEvaluation((id + 175) & 255);
                 return TRUE;
             }
-            // Engines, the clock and the board link come with their own windows.
+            // The items of the engine's own menu.
+            if (engineActive_ && App().engineHost != nullptr) {
+                const SettingsBlock before = game_.GetSettings();
+                const std::intptr_t handled =
+                    App().engineHost->ForwardCommand(window_, wParam, lParam);
+                // A new time control chosen in the engine's menu sets the clock anew.
+                if (handled != 0 && clockShown_ && game_.GetSettings() != before) StartClock();
+                if (handled != 0) return TRUE;
+            }
             return DialogBase::OnCommand(wParam, lParam);
     }
 }
@@ -391,7 +425,9 @@ void BoardView::OnPositionChanged(Position* position) {
     board_.ClearSelection();
     const char16_t* comment = position->Comment();
     SetCommentText(comment_, comment != nullptr ? Wide(comment) : nullptr);
+    engineInfo_.ClearMove();
     blinkPhase_ = 0;
+    UpdateClockMoveText();
     InvalidateRect(window_, nullptr, FALSE);
 }
 
@@ -407,7 +443,12 @@ MoveNode* BoardView::ChooseContinuation(MoveNode* first) {
 }
 
 int BoardView::QueryClose() {
-    return PromptSave(game_, OwnerOf(window_));
+    if (!PromptSave(game_, OwnerOf(window_))) return 0;
+    if (engineActive_ && App().engineHost != nullptr && !engineStopped_) {
+        App().engineHost->StopEngine();
+        engineStopped_ = true;
+    }
+    return 1;
 }
 
 int BoardView::EditHeaders() {
@@ -431,6 +472,8 @@ NewLineChoice BoardView::AskNewLine(Position& position, Move, MoveNode** replace
 
 // A tap on the board: selects a piece, or enters the move from the selected one.
 void BoardView::Tap(int x, int y) {
+    // While the engine computes the board is its own.
+    if (engineActive_ && App().engineHost != nullptr && App().engineHost->Thinking()) return;
     int file = 0;
     int rank = 0;
     if (!board_.SquareFromPoint(x, y, &file, &rank)) return;
@@ -501,10 +544,14 @@ void BoardView::PromoteLine() {
 // Deletes the move that led to the current position with all that follows it, and goes to
 // the position before it.
 void BoardView::DeleteMove() {
+    EngineHost* host = engineActive_ ? App().engineHost : nullptr;
+    if (host != nullptr && host->Thinking()) return;
     MoveNode* node = game_.Current()->ArrivalNode();
     if (node == nullptr) return;
     Position* before = node->positionBefore;
     node->UnlinkNode();
+    // The engine hears of the position again when the game goes back to it.
+    if (host != nullptr) host->SetResend();
     game_.SetCurrent(before);
     notation_.Rebuild(before->ArrivalNode());
     delete node;

@@ -6,8 +6,12 @@
 
 #include <memory>
 
+#include "clock/ChessClock.h"
+#include "engine/host/EngineHost.h"
 #include "game/Game.h"
 #include "gamewindow/BoardRenderer.h"
+#include "gamewindow/ClockWindow.h"
+#include "gamewindow/EngineInfoDisplay.h"
 #include "gamewindow/NotationView.h"
 #include "models/BoardLayout.h"
 #include "models/MoveEntry.h"
@@ -15,7 +19,10 @@
 
 namespace velmora {
 
-class BoardView : public DialogBase, public GameView, private MoveEntryHost {
+class BoardView : public DialogBase,
+                  public GameView,
+                  private MoveEntryHost,
+                  private EngineHostWindow {
   public:
     static constexpr int kNotationId = 2000;
     static constexpr int kCommentId = 2001;
@@ -51,6 +58,11 @@ class BoardView : public DialogBase, public GameView, private MoveEntryHost {
     const BoardLayout& Layout() const { return layout_; }
     int ExitCommand() const { return exitCommand_; }
     const MoveEntry& Entry() const { return entry_; }
+    const ChessClock& Clock() const { return clock_; }
+    const EngineInfoDisplay& EngineInfo() const { return engineInfo_; }
+    bool EngineActive() const { return engineActive_; }
+    bool UserPlaysWhite() const { return userPlaysWhite_; }
+    bool UserPlaysBlack() const { return userPlaysBlack_; }
 
   private:
     void ComputeLayout();
@@ -73,6 +85,24 @@ class BoardView : public DialogBase, public GameView, private MoveEntryHost {
     // images, as the changed settings need.
     void RunOptions();
 
+    // Engine and clock (BoardViewEngine.cpp).
+    void StartEngine();
+    void StartClock();
+    void ClockTick();
+    void ShowEngineMenu();
+    void ToggleLargeClocks();
+    void SetUserColours(bool white, bool black);
+    void AdvanceBlink();
+    void UpdateClockMoveText();
+    // Handles the messages of the engine host; false for any other message.
+    bool OnEngineMessage(UINT message, WPARAM wParam);
+    void EndEngine();
+    void SendToWindow(unsigned message, std::uintptr_t wParam) override;
+    int RunStartDialog(StartGameChoice& choice) override;
+    std::u16string LoadText(int id) override;
+    void PlaySoundFile(const std::u16string& path) override;
+    plugin::WindowHandle Handle() override { return window_; }
+
     int exitCommand_ = 0;
     Game& game_;
     NotationView notation_;
@@ -91,6 +121,11 @@ class BoardView : public DialogBase, public GameView, private MoveEntryHost {
     int initialMove_ = 0;
     MoveEntry entry_;
     std::unique_ptr<Game> newGame_;
+    ChessClock clock_;
+    ClockWindow clockWindow_{clock_};
+    EngineInfoDisplay engineInfo_;
+    bool clockShown_ = false;
+    bool engineStopped_ = false;
 };
 
 }  // namespace velmora

@@ -5,10 +5,13 @@
 
 #include <memory>
 
+#include "engine/host/EngineHost.h"
 #include "game/TagDictionary.h"
 #include "game/UserMessages.h"
+#include "gamewindow/ClockWindow.h"
 #include "gamewindow/CommentPane.h"
 #include "models/Settings.h"
+#include "platform/Paths.h"
 #include "platform/SettingsStore.h"
 #include "resources/resource.h"
 #include "shell/MainWindow.h"
@@ -67,7 +70,11 @@ int Run(HINSTANCE instance, const wchar_t* commandLine) {
     auto drawing = std::make_unique<DrawingResources>(*settings);
     app.drawing = drawing.get();
     RegisterCommentClass(instance);
+    RegisterClockClass(instance);
     MainWindow::RegisterWindowClass(instance);
+    // The engine folders are listed once; an engine loaded later stays until the end.
+    auto engineHost = std::make_unique<EngineHost>(platform::ProgramFolder());
+    app.engineHost = engineHost.get();
     auto mainWindow = std::make_unique<MainWindow>();
 
     bool looped = false;
@@ -95,6 +102,9 @@ int Run(HINSTANCE instance, const wchar_t* commandLine) {
     settings->Save(platform::SystemSettingsStore());
     GlobalTagDictionary().Free();
     UnregisterCommentClass(instance);
+    UnregisterClockClass(instance);
+    app.engineHost = nullptr;
+    engineHost.reset();
     app.mainWindow = nullptr;
     mainWindow.reset();
     app.drawing = nullptr;

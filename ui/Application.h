@@ -10,6 +10,7 @@ namespace velmora {
 
 class Settings;
 class DrawingResources;
+class EngineHost;
 
 struct Application {
     HINSTANCE programInstance = nullptr;
@@ -17,6 +18,8 @@ struct Application {
     HINSTANCE resourceInstance = nullptr;
     Settings* settings = nullptr;
     DrawingResources* drawing = nullptr;
+    // The program-wide engine host; null in tests that run windows without one.
+    EngineHost* engineHost = nullptr;
     // The default owner of the string-table message box (MessageFromString).
     HWND mainWindow = nullptr;
     // The system language is French: built-in texts follow it even without the French module.

@@ -77,8 +77,7 @@ BOOL BoardView::OnInitDialog() {
     } else {
         menuBarHeight_ = pocketpc::MenuBarHeight(menuBar_);
         // The engine button only when there is an engine to start.
-        const bool engineFound =
-            App().engineHost != nullptr && App().engineHost->EngineCount() > 0;
+        const bool engineFound = App().engineHost != nullptr && App().engineHost->EngineCount() > 0;
         pocketpc::ToolButton shown[kToolbarImages];
         int count = 0;
         for (const pocketpc::ToolButton& button : kToolbar) {
@@ -185,8 +184,8 @@ void BoardView::PlaceChildren() {
     board_.SetTop(layout_.boardTop);
     clockWindow_.Move(
         RECT{layout_.clock.left, layout_.clock.top, layout_.clock.right, layout_.clock.bottom});
-    engineInfo_.SetRectangle(
-        RECT{layout_.comment.left, layout_.comment.top, layout_.comment.right, layout_.comment.bottom});
+    engineInfo_.SetRectangle(RECT{layout_.comment.left, layout_.comment.top, layout_.comment.right,
+                                  layout_.comment.bottom});
     InvalidateRect(window_, nullptr, TRUE);
 }
 

@@ -152,8 +152,7 @@ void BoardView::ShowEngineMenu() {
     if (menu == nullptr) return;
     POINT point = kEngineMenuPoint;
     ClientToScreen(window_, &point);
-    TrackPopupMenu(menu, TPM_BOTTOMALIGN | TPM_CENTERALIGN, point.x, point.y, 0, window_,
-                   nullptr);
+    TrackPopupMenu(menu, TPM_BOTTOMALIGN | TPM_CENTERALIGN, point.x, point.y, 0, window_, nullptr);
 }
 
 void BoardView::ToggleLargeClocks() {

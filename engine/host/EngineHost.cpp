@@ -40,6 +40,17 @@ int PromotionOfLetter(char16_t letter) {
     }
 }
 
+// Keeps a library and the engine object it made, unused, for the rest of the process: the
+// object's interface is unknown, so it can neither be released nor its library freed.
+void KeepForever(std::unique_ptr<platform::Library> library, plugin::Engine* engine) {
+    struct Kept {
+        std::unique_ptr<platform::Library> library;
+        plugin::Engine* engine;
+    };
+    static auto* kept = new std::vector<Kept>;
+    kept->push_back({std::move(library), engine});
+}
+
 }  // namespace
 
 std::string CleanSearchLine(const char* line) {
@@ -89,7 +100,7 @@ void EngineHost::Tell(int textId) {
 }
 
 bool EngineHost::LoadEngine(int index) {
-    if (engine_ != nullptr || library_ != nullptr) {
+    if (engine_ != nullptr || library_ != nullptr || libraryKeptUnused_) {
         Tell(kTextEngineAlreadyLoaded);
         return false;
     }
@@ -121,7 +132,11 @@ bool EngineHost::LoadEngine(int index) {
     info.size = plugin::kEngineInfoSize;
     engine->GetInfo(&info);
     if (info.version != plugin::kInterfaceVersion) {
-        // The object stays unused: its interface is not one this program can speak.
+        // The object stays unused: its interface is not one this program can speak, so it
+        // cannot be released either. Its library stays mapped until the process ends, since
+        // the object may run threads inside it.
+        KeepForever(std::move(library_), engine);
+        libraryKeptUnused_ = true;
         Tell(kTextEngineVersion);
         return false;
     }

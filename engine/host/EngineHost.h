@@ -164,6 +164,8 @@ class EngineHost : public GameView, public SearchInfoSource, private plugin::Hos
     LibraryLoader loader_;
     std::unique_ptr<platform::Library> library_;
     plugin::Engine* engine_ = nullptr;
+    // A library whose engine was refused: never freed.
+    bool libraryKeptUnused_ = false;
     int loadedIndex_ = -1;
     std::u16string engineName_;
     bool coordinateMoves_ = false;

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "gamewindow/ClockWindow.h"
 #include "gamewindow/CommentPane.h"
 #include "models/Settings.h"
 #include "shell/MainWindow.h"
@@ -210,6 +211,7 @@ class GuiTest : public testing::Test {
         drawing = new DrawingResources(*settings);
         app.drawing = drawing;
         RegisterCommentClass(app.programInstance);
+        RegisterClockClass(app.programInstance);
         WNDCLASSW frameClass{};
         frameClass.lpfnWndProc = FrameProc;
         frameClass.hInstance = app.programInstance;

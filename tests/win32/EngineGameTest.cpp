@@ -1,0 +1,250 @@
+// The game window against the scripted test engine, loaded from an "Engines" folder by the
+// engine host as the program does: a game played by taps under the clock up to the engine's
+// resignation, an analysis that shows the search information, and an engine that dies mid-game.
+#include <filesystem>
+
+#include "TestFiles.h"
+#include "engine/host/EngineHost.h"
+#include "game/GameIndex.h"
+#include "game/MoveTree.h"
+#include "game/PgnParser.h"
+#include "gamewindow/BoardView.h"
+#include "models/BoardGeometry.h"
+#include "resources/resource.h"
+#include "win32/GuiDriver.h"
+
+namespace velmora::gui {
+namespace {
+
+// Pumps messages until done() or about three seconds have passed.
+bool PumpUntil(const std::function<bool()>& done) {
+    for (int i = 0; i < 30 && !done(); ++i)
+        Pump();
+    return done();
+}
+
+// Presses a button of the dialog as a tap would.
+void Press(HWND dialog, int id) {
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
+}
+
+std::function<bool(HWND)> HasControl(int id) {
+    return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
+}
+
+// The text of a message box (its static control).
+std::wstring BoxText(HWND box) {
+    return WindowText(GetDlgItem(box, 0xFFFF));
+}
+
+class EngineGameTest : public GuiTest {
+  protected:
+    void SetUp() override {
+        GuiTest::SetUp();
+        const std::filesystem::path folder = root.dir / "Engines" / "Scripted";
+        std::filesystem::create_directories(folder);
+        std::filesystem::copy_file(
+            std::string(VELMORA_TEST_ENGINES_DIR) + "/TestEngine/TestEngine.dll",
+            folder / "Scripted.dll");
+        scriptPath = (folder / "Scripted.txt").u16string();
+        logPath = (folder / "Scripted.log").u16string();
+    }
+    void TearDown() override {
+        App().engineHost = nullptr;
+        host.reset();
+        GuiTest::TearDown();
+    }
+    void UseScript(const std::string& script) {
+        test::WriteBytes(scriptPath, script);
+        host = std::make_unique<EngineHost>(root.dir.u16string() + u"\\");
+        App().engineHost = host.get();
+    }
+    std::string EngineLog() const { return test::ReadBytes(logPath); }
+
+    // Taps the square, as a finger on the board.
+    static void TapSquare(BoardView& view, const char* square) {
+        const Point centre = SquareCentre(view.Board().Placement(), square[0] - 'a', square[1] - '1');
+        SendMessageW(view.Window(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(centre.x, centre.y));
+        SendMessageW(view.Window(), WM_LBUTTONUP, 0, MAKELPARAM(centre.x, centre.y));
+    }
+    static void Move(BoardView& view, const char* from, const char* to) {
+        TapSquare(view, from);
+        TapSquare(view, to);
+    }
+    // Opens "Start..." and answers the dialog: play with the engine on Black, or analyse.
+    void StartEngine(BoardView& view, bool analyse) {
+        WhenPopup(HasControl(1077), [&, analyse](HWND dialog) {
+            startDialogSeen = true;
+            if (analyse) Press(dialog, 1082);
+            Press(dialog, 1077);
+        });
+        SendMessageW(view.Window(), WM_COMMAND, ID_ENGINE_START, 0);
+    }
+    std::u16string LastMoveSquares(Game& game) {
+        MoveNode* node = game.Current()->ArrivalNode();
+        if (node == nullptr) return u"";
+        return {static_cast<char16_t>(u'a' + (node->from & 7)),
+                static_cast<char16_t>(u'1' + (node->from >> 3)),
+                static_cast<char16_t>(u'a' + (node->to & 7)),
+                static_cast<char16_t>(u'1' + (node->to >> 3))};
+    }
+
+    test::TempFolder root;
+    std::unique_ptr<EngineHost> host;
+    std::u16string scriptPath;
+    std::u16string logPath;
+    bool startDialogSeen = false;
+};
+
+TEST_F(EngineGameTest, PlaysUnderTheClockUntilTheEngineResigns) {
+    UseScript(
+        "flags 1\nname Scripted\ntime-control 0 0 300 0 0 0 5\n"
+        "move e7e5\nmove b8c6\ngame-over 2 1-0 | Black resigns\n");
+    Game game;
+    BoardView view(game);
+    std::u16string answer1, answer2;
+    int resignationBoxes = 0;
+    std::wstring resignationText;
+    bool userWhite = false, userBlack = true, clockRunsForWhite = false, largeEnabled = false;
+    std::int32_t whiteLeft = 0;
+    WhenModal([&] {
+        HWND window = view.Window();
+        StartEngine(view, false);
+        userWhite = view.UserPlaysWhite();
+        userBlack = view.UserPlaysBlack();
+        Move(view, "e2", "e4");
+        PumpUntil([&] { return game.Current()->SideToMove() == kWhite; });
+        answer1 = LastMoveSquares(game);
+        // Two seconds of the user's time: the clock runs for White at the end of the line.
+        SendMessageW(window, WM_TIMER, 1, 0);
+        Sleep(1100);
+        SendMessageW(window, WM_TIMER, 1, 0);
+        clockRunsForWhite = view.Clock().IsRunning(kClockWhite);
+        HMENU menu = pocketpc::MenuBarMenu(pocketpc::FindMenuBar(window));
+        largeEnabled = menu != nullptr && !(GetMenuState(menu, ID_LARGE_CLOCKS, MF_BYCOMMAND) &
+                                            (MF_GRAYED | MF_DISABLED));
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"engine-game-clock-portrait"));
+        SendMessageW(window, WM_COMMAND, ID_LARGE_CLOCKS, 0);
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"engine-game-large-clocks-portrait"));
+        pocketpc::SetOrientation(false);
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"engine-game-large-clocks-landscape"));
+        SendMessageW(window, WM_COMMAND, ID_LARGE_CLOCKS, 0);
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"engine-game-clock-landscape"));
+        pocketpc::SetOrientation(true);
+
+        WhenPopup(Titled(L"1-0"), [&](HWND box) {
+            ++resignationBoxes;
+            resignationText = BoxText(box);
+            SendMessageW(box, WM_COMMAND, IDOK, 0);
+        });
+        Move(view, "g1", "f3");
+        PumpUntil([&] { return game.result == 0 && resignationBoxes > 0; });
+        answer2 = LastMoveSquares(game);
+        Pump();
+        whiteLeft = view.Clock().Remaining(kClockWhite);
+        WhenPopup(Titled(L"The game has been changed"),
+                  [](HWND box) { SendMessageW(box, WM_COMMAND, IDNO, 0); });
+        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
+    });
+    EXPECT_TRUE(view.Run(frame, 0));
+    EXPECT_TRUE(startDialogSeen);
+    EXPECT_TRUE(userWhite);
+    EXPECT_FALSE(userBlack);
+    EXPECT_EQ(answer1, u"e7e5");
+    EXPECT_EQ(answer2, u"b8c6");
+    EXPECT_EQ(game.black.View(), u"Scripted");
+    // The engine's time control: 5 minutes and 5 seconds a move.
+    EXPECT_EQ(game.GetSettings(), (SettingsBlock{0, 0, 300, 0, 0, 0, 5}));
+    EXPECT_TRUE(clockRunsForWhite);
+    EXPECT_TRUE(largeEnabled);
+    EXPECT_GE(whiteLeft, 300) << "the increment makes up for the second spent";
+    EXPECT_EQ(resignationBoxes, 1) << "the same game-over texts show one box";
+    EXPECT_EQ(resignationText, L"Black resigns");
+    EXPECT_EQ(game.result, 0);
+    const std::string log = EngineLog();
+    EXPECT_NE(log.find("Start 1 0 null"), std::string::npos) << log;
+    EXPECT_NE(log.find("PlayMove e2e4"), std::string::npos) << log;
+    EXPECT_NE(log.find("PlayMove g1f3"), std::string::npos) << log;
+    EXPECT_EQ(log.find("PlayMove e7e5"), std::string::npos) << "its own move is not sent back";
+    EXPECT_NE(log.find("Stop"), std::string::npos) << log;
+}
+
+TEST_F(EngineGameTest, AnalysisShowsTheSearchInformationInPlaceOfTheComment) {
+    UseScript(
+        "flags 1\nshow-info 1\n"
+        "info 12 345 4567890 3050 +0.35 e4 e5\\tNf3 Nc6 Bb5 a6 Ba4 Nf6 O-O Be7 Re1 b5 Bb3 d6 c3 "
+        "O-O h3 Na5 Bc2 c5 d4 Qc7 Nbd2 cxd4 cxd4 Nc6 Nb3 a5 Be3 a4 Nbd2 Bd7\n"
+        "move e7e5\n");
+    Game game;
+    BoardView view(game);
+    bool commentHidden = false, userBoth = false;
+    std::string line;
+    WhenModal([&] {
+        HWND window = view.Window();
+        StartEngine(view, true);
+        userBoth = view.UserPlaysWhite() && view.UserPlaysBlack();
+        PumpUntil([&] { return !host->SearchLine().empty(); });
+        line = host->SearchLine();
+        commentHidden = !IsWindowVisible(view.CommentPane());
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"engine-analysis-portrait"));
+        pocketpc::SetOrientation(false);
+        Repaint(window);
+        EXPECT_TRUE(test::SaveWindowShot(window, L"engine-analysis-landscape"));
+        pocketpc::SetOrientation(true);
+        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
+    });
+    EXPECT_TRUE(view.Run(frame, 0));
+    EXPECT_TRUE(userBoth);
+    EXPECT_TRUE(commentHidden);
+    EXPECT_EQ(line.substr(0, 13), "e4 e5 Nf3 Nc6");
+    EXPECT_LE(line.size(), 127u);
+    EXPECT_NE(EngineLog().find("Start 1 1 null"), std::string::npos);
+}
+
+// The engine's thread ends after its first answer: the next liveness check reports it, and the
+// game with its moves is still there to save.
+TEST_F(EngineGameTest, AnEngineThatDiesIsReportedAndTheGameIsKept) {
+    UseScript("flags 1\nmove e7e5\ndie-after 1\n");
+    const std::u16string path = root.Path("kept.pgn");
+    test::WriteBytes(path, "[Event \"Kept\"]\n[White \"Me\"]\n[Black \"?\"]\n[Result \"*\"]\n\n*\n");
+    GameIndex index(path.c_str());
+    ASSERT_EQ(index.Load(), 1);
+    Game game(&index);
+    ASSERT_TRUE(LoadGame(game, nullptr, index.At(0).Offset(), index.Count()).Ok());
+    BoardView view(game);
+    std::wstring stoppedText;
+    bool stillActive = true;
+    WhenModal([&] {
+        HWND window = view.Window();
+        StartEngine(view, false);
+        Move(view, "e2", "e4");
+        PumpUntil([&] { return game.Current()->SideToMove() == kWhite; });
+        Move(view, "g1", "f3");
+        WhenPopup(Titled(L"Velmora 2.0"), [&](HWND box) {
+            stoppedText = BoxText(box);
+            SendMessageW(box, WM_COMMAND, IDOK, 0);
+        });
+        // The check runs on one tick in ten of the engine's time.
+        for (int tick = 0; tick < 10 && stoppedText.empty(); ++tick) {
+            SendMessageW(window, WM_TIMER, 1, 0);
+            Pump();
+        }
+        stillActive = view.EngineActive();
+        SendMessageW(window, WM_COMMAND, ID_SAVE, 0);
+        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
+    });
+    EXPECT_TRUE(view.Run(frame, 0));
+    EXPECT_EQ(stoppedText, L"The Engine has unexpectedly stopped. Please restart Velmora");
+    EXPECT_FALSE(stillActive);
+    const std::string saved = test::ReadBytes(path);
+    EXPECT_NE(saved.find("1. e4 e5 2. Nf3"), std::string::npos) << saved;
+}
+
+}  // namespace
+}  // namespace velmora::gui

@@ -1,5 +1,5 @@
 // The clock window: paints both sides of a ChessClock, in one line each or, in large mode, as
-// two faces with the move and total times under their labels. Everything is painted into a
+// two faces with the move and total times beside their labels. Everything is painted into a
 // bitmap first, so the faces do not flicker at each second.
 #include "gamewindow/ClockWindow.h"
 
@@ -37,7 +37,7 @@ int Width(const RECT& rect) {
     return rect.right - rect.left;
 }
 
-// The height of the move text's strip under the large faces.
+// Returns the height of the move text's strip under the large faces.
 int MoveStripHeight() {
     return kLabelFontHeight + 5;
 }
@@ -48,6 +48,7 @@ struct LargeGeometry {
     RECT moveStrip;
 };
 
+// Splits the client area into the faces, side by side when both fit, else stacked.
 LargeGeometry LayOutLarge(const RECT& client) {
     LargeGeometry geometry;
     RECT area = client;
@@ -67,7 +68,7 @@ LargeGeometry LayOutLarge(const RECT& client) {
     return geometry;
 }
 
-// The normal lines: White above Black.
+// Returns side's line in normal mode: White above Black.
 RECT NormalLine(const RECT& client, int side) {
     RECT line = client;
     const int middle = client.top + Height(client) / 2;

@@ -195,7 +195,8 @@ bool BoardView::OnEngineMessage(UINT message, WPARAM wParam) {
                         L"Velmora 2.0", MB_OK);
             return true;
         case kEngineSearchInfo:
-            engineInfo_.Update(host);
+            engineInfo_.SetSource(host);
+            engineInfo_.Update();
             return true;
         case kEngineSwitchedSides:
             if (engineActive_ && !analysisMode_) SetUserColours(userPlaysBlack_, userPlaysWhite_);
@@ -209,8 +210,9 @@ bool BoardView::OnEngineMessage(UINT message, WPARAM wParam) {
                 engineInfo_.Attach(window_, RECT{pane.left, pane.top, pane.right, pane.bottom});
             }
             ShowWindow(comment_, show ? SW_HIDE : SW_SHOW);
-            engineInfo_.Show(show ? 1 : 0);
-            if (show) engineInfo_.Update(host);
+            engineInfo_.SetSource(host);
+            engineInfo_.Show(show);
+            if (show) engineInfo_.Update();
             return true;
         }
         case kEngineMoveReady:

@@ -19,6 +19,7 @@
 #define IDD_NEW_LINE 108
 #define IDD_MATERIAL 109
 #define IDD_SETUP 112
+#define IDD_START_GAME 113
 #define IDD_HEADERS 138
 #define IDD_TAGS 140
 #define IDD_SAVE_TARGET 145
@@ -230,6 +231,15 @@
 #define IDC_TARGET_RECENT_FIRST 1004  // to 1008, newest file first
 #define IDC_TARGET_RECENT_LAST 1008
 #define IDC_TARGET_OTHER_FILE 1009
+
+// Controls of the "Start game" dialog (113)
+#define IDC_START_ENGINE 1018
+#define IDC_START_ENGINE_LABEL 1019
+#define IDC_START_PLAY 1081
+#define IDC_START_ANALYZE 1082
+#define IDC_ENGINE_PLAYS_BLACK 1013
+#define IDC_START_BUTTON 1077
+#define IDC_START_CANCEL 1078
 
 // Controls of the comment editor (107) and the material balance (109)
 #define IDC_COMMENT_TEXT 1050

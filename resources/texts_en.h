@@ -70,6 +70,14 @@
 #define TXT_ADD "Add"
 #define TXT_REPLACE "Replace"
 
+// "Start game" (113)
+#define TXT_START_GAME_TITLE "Start game"
+#define TXT_START_ENGINE "Engine :"
+#define TXT_START_PLAY "Play"
+#define TXT_START_ANALYZE "Analyze"
+#define TXT_ENGINE_PLAYS_BLACK "Engine plays Black"
+#define TXT_START_BUTTON "Start"
+
 // About dialog (103, 149)
 #define TXT_ABOUT_TITLE "About Velmora"
 #define TXT_ABOUT_NAME "Velmora 2.0"

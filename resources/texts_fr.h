@@ -70,6 +70,14 @@
 #define TXT_ADD "Ajouter"
 #define TXT_REPLACE "Remplacer"
 
+// "Start game" (113)
+#define TXT_START_GAME_TITLE "Démarrer une partie"
+#define TXT_START_ENGINE "Moteur :"
+#define TXT_START_PLAY "Jouer"
+#define TXT_START_ANALYZE "Analyser"
+#define TXT_ENGINE_PLAYS_BLACK "Le moteur joue les Noirs"
+#define TXT_START_BUTTON "Démarrer"
+
 // About dialog (103, 149)
 #define TXT_ABOUT_TITLE "À propos de Velmora"
 #define TXT_ABOUT_NAME "Velmora 2.0"

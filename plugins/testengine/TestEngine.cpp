@@ -20,7 +20,7 @@
 namespace velmora::plugin {
 namespace {
 
-// The library path without its extension.
+// Returns the library path without its extension.
 std::u16string StemOf(const std::u16string& path) {
     const std::size_t separator = path.find_last_of(u"/\\");
     const std::size_t dot = path.rfind(u'.');
@@ -160,7 +160,8 @@ class ScriptedEngine final : public Engine {
 
     ~ScriptedEngine() = default;
 
-    // Called on the host's thread only, so lines never interleave.
+    // Appends line to the log. Only the host's calls are logged, all on the host's thread, so
+    // lines never interleave.
     void Log(const std::string& line) { AppendLine(logPath_, line); }
 
     // Queues a job for the engine's thread; the caller holds the lock.
@@ -170,7 +171,7 @@ class ScriptedEngine final : public Engine {
         wake_.notify_all();
     }
 
-    // The engine's thread: runs the queued jobs until Release, or until the script lets it die.
+    // Runs the queued jobs on the engine's thread until Release, or until the script lets it die.
     void Run() {
         if (script_.dieAfter == 0) {
             alive_ = false;
@@ -242,8 +243,8 @@ class ScriptedEngine final : public Engine {
         if (answer == script_.dieAfter) alive_ = false;
     }
 
-    // In analysis the scripted moves are not played: each position change sends the search
-    // information of the next one.
+    // Sends the search information of the next scripted entry without playing its move: while
+    // analysing, the start and each position change get one.
     void Analyse() {
         const ScriptedMove* move = nullptr;
         {

@@ -8,17 +8,29 @@
 //   info D S N T MOVE [LINE]   search information sent before the next "move": depth, kN/s,
 //                              nodes, milliseconds, a move text without blanks, and the rest of
 //                              the line, where \t, \n, \r and \\ stand for tab, LF, CR and '\'
-//   move TEXT                  the next move to answer, as SAN or coordinates
+//   move TEXT                  the next move to answer, as SAN or coordinates (any text: an
+//                              illegal one shows how the host refuses it)
 //   show-info N                ShowInfo(N) once the engine starts
 //   engine-name TEXT           SetEngineName(TEXT) once the engine starts
 //   time-control A B C D E F G SetTimeControl with the seven numbers once the engine starts
 //   game-over N CAPTION | TEXT GameOver(CAPTION, TEXT), sent twice, after the N-th answer
-//   switch-sides N             SwitchSides after the N-th answer
+//   switch-sides N             SwitchSides after the N-th answer; it then plays the other colour
 //   die-after N                the engine's thread ends after the N-th answer (0: at once) and
 //                              IsAlive returns 0 from then on
-//   hang                       never answers
+//   hang                       never answers, and stays alive
 //   delay MS                   waits MS milliseconds before each answer
 // The script is 8-bit text of the system code page.
+//
+// The engine answers Go, and PlayMove when the move leaves its colour to move (play mode), with
+// the next move; while analysing it sends the next entry's search information at the start and
+// after each SetPosition or PlayMove instead. The callbacks tied to the start (ShowInfo,
+// SetEngineName, SetTimeControl) come from its thread, so the host gets them once it is back in
+// its message loop.
+//
+// The log ("<library name>.log", UTF-8, one line per call, appended): "LoadEngine" (or
+// "LoadEngine null"), "Script error line N: TEXT", "GetInfo SIZE", "Start BLACK ANALYSE TEXT"
+// (TEXT "null" without a position), "PlayMove TEXT", "SetPosition TEXT", "Go", "Stop",
+// "SetAnalysis N", "SetWindow HANDLE" (decimal), "OnCommand WPARAM LPARAM", "Release".
 #pragma once
 
 #include <array>

@@ -174,7 +174,7 @@ std::vector<WORD> ItemIds(const DialogTemplate& dialog) {
 
 TEST_F(Resources, DialogTemplatesMatchAcrossLanguagesAndFitTheirControls) {
     for (UINT id : {IDD_PROMOTION, IDD_ABOUT, IDD_ABOUT_LANDSCAPE, IDD_GAME_LIST, IDD_CHOOSE_MOVE,
-                    IDD_NEW_LINE, IDD_GAME_WINDOW}) {
+                    IDD_NEW_LINE, IDD_GAME_WINDOW, IDD_START_GAME}) {
         SCOPED_TRACE(testing::Message() << "dialog " << id);
         DialogTemplate english, french;
         ASSERT_TRUE(ReadDialog(EnglishModule(), id, &english));

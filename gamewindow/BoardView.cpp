@@ -400,13 +400,11 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
                 return TRUE;
             }
             // The items of the engine's own menu.
-            if (engineActive_ && App().engineHost != nullptr) {
-                const SettingsBlock before = game_.GetSettings();
-                const std::intptr_t handled =
-                    App().engineHost->ForwardCommand(window_, wParam, lParam);
-                // A new time control chosen in the engine's menu sets the clock anew.
-                if (handled != 0 && clockShown_ && game_.GetSettings() != before) StartClock();
-                if (handled != 0) return TRUE;
+            if (engineActive_ && App().engineHost != nullptr &&
+                App().engineHost->ForwardCommand(window_, wParam, lParam) != 0) {
+                // A time control chosen in the engine's menu shows at once.
+                FollowTimeControl();
+                return TRUE;
             }
             return DialogBase::OnCommand(wParam, lParam);
     }

@@ -88,6 +88,8 @@ class BoardView : public DialogBase,
     // Engine and clock (BoardViewEngine.cpp).
     void StartEngine();
     void StartClock();
+    void PublishClockTimes();
+    void FollowTimeControl();
     void ClockTick();
     void ShowEngineMenu();
     void ToggleLargeClocks();
@@ -125,6 +127,8 @@ class BoardView : public DialogBase,
     ClockWindow clockWindow_{clock_};
     EngineInfoDisplay engineInfo_;
     bool clockShown_ = false;
+    // The time control the clock was last set to.
+    SettingsBlock clockSettings_{};
     bool engineStopped_ = false;
 };
 

@@ -1,5 +1,7 @@
 // The game window's engine and clock: starting an engine, the messages of the engine host, the
 // one-second tick that runs the clock and checks that the engine lives, and the large clocks.
+#include <windows.h>
+
 #include <mmsystem.h>
 
 #include "engine/host/EngineHost.h"
@@ -81,7 +83,8 @@ void BoardView::StartEngine() {
 
 // Shows the clock with the game's time control and starts the one-second tick.
 void BoardView::StartClock() {
-    clock_.SetTimeControl(TimeControl::FromSettings(game_.GetSettings()));
+    clockSettings_ = game_.GetSettings();
+    clock_.SetTimeControl(TimeControl::FromSettings(clockSettings_));
     clock_.SetLarge(largeClocks_);
     if (!clockShown_) {
         clockShown_ = true;
@@ -90,11 +93,7 @@ void BoardView::StartClock() {
     }
     clockWindow_.Show(true);
     UpdateClockMoveText();
-    if (EngineHost* host = App().engineHost) {
-        std::int32_t white = 0, black = 0, movesToGo = 0;
-        clock_.GetTimes(&white, &black, &movesToGo);
-        host->PublishClockTimes(white, black, movesToGo);
-    }
+    PublishClockTimes();
     SetTimer(window_, kClockTimer, kClockPeriod, nullptr);
     // The large clocks can be shown once a clock runs.
     if (HMENU menu = pocketpc::MenuBarMenu(menuBar_)) {
@@ -107,6 +106,7 @@ void BoardView::StartClock() {
 // engine's time the engine is asked whether it still lives.
 void BoardView::ClockTick() {
     if (!engineActive_ || analysisMode_) return;
+    FollowTimeControl();
     EngineHost* host = App().engineHost;
     Position* current = game_.Current();
     const Colour side = current->SideToMove();
@@ -129,11 +129,25 @@ void BoardView::ClockTick() {
     } else if (current->FirstContinuation() == nullptr) {
         clock_.Tick(clockSide, number);
     }
-    if (host != nullptr) {
+    PublishClockTimes();
+}
+
+// Gives the engine, which may ask from its own thread, the clock's times.
+void BoardView::PublishClockTimes() {
+    if (EngineHost* host = App().engineHost) {
         std::int32_t white = 0, black = 0, movesToGo = 0;
         clock_.GetTimes(&white, &black, &movesToGo);
         host->PublishClockTimes(white, black, movesToGo);
     }
+}
+
+// Sets the clock anew when the engine has set another time control (as it starts, or from its
+// menu): both sides get the new control's time.
+void BoardView::FollowTimeControl() {
+    if (!clockShown_ || game_.GetSettings() == clockSettings_) return;
+    clockSettings_ = game_.GetSettings();
+    clock_.SetTimeControl(TimeControl::FromSettings(clockSettings_));
+    PublishClockTimes();
 }
 
 void BoardView::AdvanceBlink() {

@@ -1,8 +1,6 @@
 // The main window: document list, menu bar, and the road from a chosen file to the game window.
 #include "shell/MainWindow.h"
 
-#include "engine/host/EngineHost.h"
-
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
 #include "gamewindow/OptionsSheet.h"
@@ -132,15 +130,6 @@ void MainWindow::LayoutChildren() {
 
 LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        // The engine host's boxes, when no game window is there to show them.
-        case kEngineFatalError:
-        case kEngineMessageBox:
-            if (App().engineHost != nullptr) {
-                MessageBoxW(window_, Wide(App().engineHost->MessageText().c_str()),
-                            message == kEngineFatalError ? L"Fatal error" : L"Velmora 2.0",
-                            message == kEngineFatalError ? MB_OK | MB_ICONSTOP : MB_OK);
-            }
-            return 0;
         case WM_CREATE:
             OnCreate();
             return 0;

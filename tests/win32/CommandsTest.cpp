@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 
+#include "engine/host/EngineHost.h"
 #include "game/Game.h"
 #include "game/GameIndex.h"
 #include "game/MoveTree.h"
@@ -191,6 +192,15 @@ class GameWindowCommandsTest : public GuiTest {
         GetTempPathW(MAX_PATH, temp);
         path_ = std::wstring(temp) + L"velmora-commands-game.pgn";
         CopyFileW(DataPath(L"variations-and-comments.pgn").c_str(), path_.c_str(), FALSE);
+        // The program's engine host, over a folder without engines: "Start..." still opens its
+        // dialog, with nothing to choose.
+        host_ = std::make_unique<EngineHost>(platform::win32::FromWin32(temp));
+        App().engineHost = host_.get();
+    }
+    void TearDown() override {
+        App().engineHost = nullptr;
+        host_.reset();
+        GuiTest::TearDown();
     }
     // A fresh game from the file, standing at its start.
     void Load() {
@@ -222,6 +232,7 @@ class GameWindowCommandsTest : public GuiTest {
     }
 
     std::wstring path_;
+    std::unique_ptr<EngineHost> host_;
     std::unique_ptr<GameIndex> index;
     std::unique_ptr<Game> game;
 };

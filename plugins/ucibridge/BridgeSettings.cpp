@@ -38,23 +38,25 @@ bool IsAbsolute(const std::u16string& path) {
 }  // namespace
 
 bool ReadBridgeSettings(std::string_view text, BridgeSettings* settings) {
-    bool inOptions = false;
+    enum class Section { Engine, Options, Other } section = Section::Engine;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string_view line = Trimmed(text.substr(0, end));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (line.empty() || line[0] == ';' || line[0] == '#') continue;
         if (line.front() == '[' && line.back() == ']') {
-            const std::string_view section = Trimmed(line.substr(1, line.size() - 2));
-            inOptions = SameName(section, "Options");
+            const std::string_view name = Trimmed(line.substr(1, line.size() - 2));
+            section = SameName(name, "Engine")    ? Section::Engine
+                      : SameName(name, "Options") ? Section::Options
+                                                  : Section::Other;
             continue;
         }
         const std::size_t equals = line.find('=');
         if (equals == std::string_view::npos) continue;
         const std::string_view name = Trimmed(line.substr(0, equals));
         const std::string_view value = Trimmed(line.substr(equals + 1));
-        if (name.empty()) continue;
-        if (inOptions) {
+        if (name.empty() || section == Section::Other) continue;
+        if (section == Section::Options) {
             settings->options.emplace_back(name, value);
         } else if (SameName(name, "Program")) {
             settings->program = platform::AnsiToWide(value);

@@ -22,8 +22,9 @@ struct BridgeSettings {
 
 // Reads the text of an ini file (8-bit, the system code page): in the section [Engine] (or
 // before any section) the keys Program, Arguments and HandshakeTimeout, and in [Options] one
-// "Name=Value" line per UCI option. Section and key names take any case; blanks around names
-// and values go; lines starting with ';' or '#' are comments. Returns false without a program.
+// "Name=Value" line per UCI option; other sections are ignored. Section and key names take any
+// case; blanks around names and values go; lines starting with ';' or '#' are comments. Returns
+// false without a program.
 bool ReadBridgeSettings(std::string_view text, BridgeSettings* settings);
 
 // Reads the ini file at path and makes a relative program path relative to the file's folder.

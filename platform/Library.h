@@ -21,4 +21,8 @@ class Library {
 // going to the debug output) when it cannot be loaded.
 std::unique_ptr<Library> LoadLibraryAt(const std::u16string& path, ErrorCode* error);
 
+// Returns the full path of the library or program whose code or data holds address (a library
+// finds its own file this way), or an empty string when the system cannot tell.
+std::u16string ModulePathOf(const void* address);
+
 }  // namespace velmora::platform

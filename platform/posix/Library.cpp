@@ -1,5 +1,7 @@
 // Libraries on POSIX systems, through dlopen.
 #include <dlfcn.h>
+#include <limits.h>
+#include <stdlib.h>
 
 #include "platform/CodePage.h"
 #include "platform/DebugOutput.h"
@@ -34,6 +36,15 @@ std::unique_ptr<Library> LoadLibraryAt(const std::u16string& path, ErrorCode* er
     }
     *error = 0;
     return std::make_unique<PosixLibrary>(handle);
+}
+
+std::u16string ModulePathOf(const void* address) {
+    Dl_info info;
+    if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
+    // dladdr gives the name the library was loaded by, which may be relative.
+    char full[PATH_MAX];
+    if (realpath(info.dli_fname, full) == nullptr) return Utf8ToWide(info.dli_fname);
+    return Utf8ToWide(full);
 }
 
 }  // namespace velmora::platform

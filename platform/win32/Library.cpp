@@ -31,4 +31,24 @@ std::unique_ptr<Library> LoadLibraryAt(const std::u16string& path, ErrorCode* er
     return std::make_unique<Win32Library>(module);
 }
 
+// Grows the buffer until GetModuleFileNameW stops truncating.
+std::u16string ModulePathOf(const void* address) {
+    HMODULE module = nullptr;
+    if (!GetModuleHandleExW(
+            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+            static_cast<LPCWSTR>(address), &module)) {
+        return {};
+    }
+    std::wstring path(MAX_PATH + 1, L'\0');
+    for (;;) {
+        const DWORD length =
+            GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+        if (length == 0) return {};
+        if (length < path.size())
+            return win32::FromWin32(std::wstring_view(path).substr(0, length));
+        if (path.size() >= 32768) return {};
+        path.resize(path.size() * 2);
+    }
+}
+
 }  // namespace velmora::platform

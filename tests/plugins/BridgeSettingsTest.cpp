@@ -1,0 +1,67 @@
+// The bridge's ini file: sections, keys in any case, comments, options in order, the timeout,
+// and the program's path made absolute.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "plugins/ucibridge/BridgeSettings.h"
+
+namespace velmora::plugin {
+namespace {
+
+TEST(BridgeSettings, ReadsTheIniText) {
+    BridgeSettings settings;
+    ASSERT_TRUE(
+        ReadBridgeSettings("; the engine\r\n"
+                           "[ENGINE]\r\n"
+                           "  program =  C:\\Engines\\Stockfish\\stockfish.exe \r\n"
+                           "Arguments=--threads 1\r\n"
+                           "# HandshakeTimeout=1\r\n"
+                           "handshaketimeout=2500\r\n"
+                           "[Options]\r\n"
+                           "Move Overhead = 100\r\n"
+                           "Hash=16\r\n"
+                           "SyzygyPath=\r\n"
+                           "no equals sign\r\n"
+                           "[Other]\r\n"
+                           "Program=ignored.exe\r\n"
+                           "[Engine]\r\n"
+                           "Arguments=--threads 2",
+                           &settings));
+    EXPECT_EQ(settings.program, u"C:\\Engines\\Stockfish\\stockfish.exe");
+    EXPECT_EQ(settings.arguments, u"--threads 2");  // the last one counts
+    EXPECT_EQ(settings.handshakeTimeoutMs, 2500);
+    EXPECT_EQ(settings.options, (std::vector<engine::UciOption>{
+                                    {"Move Overhead", "100"}, {"Hash", "16"}, {"SyzygyPath", ""}}));
+
+    struct Case {
+        const char* text;
+        bool readable;
+        int timeout;
+    };
+    const Case kCases[] = {
+        {"Program=engine", true, kDefaultHandshakeTimeoutMs},  // no section needed
+        {"Program=engine\nHandshakeTimeout=soon", true, kDefaultHandshakeTimeoutMs},
+        {"Program=engine\nHandshakeTimeout=-5", true, kDefaultHandshakeTimeoutMs},
+        {"Program=\nArguments=x", false, kDefaultHandshakeTimeoutMs},
+        {"[Options]\nProgram=engine", false, kDefaultHandshakeTimeoutMs},
+        {"", false, kDefaultHandshakeTimeoutMs},
+    };
+    for (const Case& test : kCases) {
+        BridgeSettings read;
+        EXPECT_EQ(ReadBridgeSettings(test.text, &read), test.readable) << test.text;
+        EXPECT_EQ(read.handshakeTimeoutMs, test.timeout) << test.text;
+    }
+}
+
+TEST(BridgeSettings, FindsTheFolderOfAPath) {
+    EXPECT_EQ(FolderOf(u"/a/b/UciBridge.ini"), u"/a/b/");
+    EXPECT_EQ(FolderOf(u"C:\\Velmora\\Engines\\UciBridge\\UciBridge.ini"),
+              u"C:\\Velmora\\Engines\\UciBridge\\");
+    EXPECT_EQ(FolderOf(u"Z:/x\\y.ini"), u"Z:/x\\");
+    EXPECT_EQ(FolderOf(u"UciBridge.ini"), u"");
+}
+
+}  // namespace
+}  // namespace velmora::plugin

@@ -1,0 +1,207 @@
+// The game an engine library keeps: turns, moves, positions as FEN, the limits of a search for
+// each kind of level, the texts shown, and the end of a game.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "plugins/common/EngineGame.h"
+
+namespace velmora::plugin {
+namespace {
+
+constexpr char16_t kFoolsMate[] = u"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 0 3";
+constexpr char16_t kStalemate[] = u"k7/8/1QK5/8/8/8/8/8 b - - 0 1";
+constexpr char16_t kBlackToMove[] = u"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1";
+
+const TimeLevel& LevelNumber(int index) {
+    return *LevelOfCommand(kFirstLevelCommand + index);
+}
+
+TEST(EngineGame, TracksWhoseTurnItIs) {
+    struct Case {
+        const char* name;
+        bool enginePlaysBlack, analyse;
+        const char16_t* position;
+        std::vector<const char*> moves;
+        bool engineToMove;
+    };
+    const Case kCases[] = {
+        {"engine Black, initial position", true, false, nullptr, {}, false},
+        {"engine Black after White's move", true, false, nullptr, {"e2e4"}, true},
+        {"engine White, initial position", false, false, nullptr, {}, true},
+        {"engine White after two moves", false, false, nullptr, {"e2e4", "e7e5"}, true},
+        {"engine Black, Black to move in the text", true, false, kBlackToMove, {}, true},
+        {"engine White, Black to move in the text", false, false, kBlackToMove, {}, false},
+        {"analysing", true, true, kBlackToMove, {}, false},
+    };
+    for (const Case& test : kCases) {
+        EngineGame game;
+        ASSERT_TRUE(game.Start(test.enginePlaysBlack, test.analyse, test.position)) << test.name;
+        for (const char* move : test.moves)
+            ASSERT_TRUE(game.PlayMove(std::string(move))) << test.name << ": " << move;
+        EXPECT_EQ(game.EngineToMove(), test.engineToMove) << test.name;
+    }
+}
+
+TEST(EngineGame, KeepsTheBaseAndTheMovesSince) {
+    EngineGame game;
+    ASSERT_TRUE(game.Start(true, false, nullptr));
+    EXPECT_EQ(game.BaseFen(), "");  // the initial position
+    ASSERT_TRUE(game.PlayMove(u"e2e4"));
+    ASSERT_TRUE(game.PlayMove(std::string("e7e5")));
+    EXPECT_EQ(game.Moves(), (std::vector<std::string>{"e2e4", "e7e5"}));
+
+    // A new position forgets the moves; its text comes back as FEN.
+    ASSERT_TRUE(game.SetPosition(kBlackToMove));
+    EXPECT_TRUE(game.Moves().empty());
+    EXPECT_EQ(game.BaseFen(), "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1");
+    EXPECT_TRUE(game.EngineToMove());
+
+    // An unreadable text leaves the position as it was.
+    EXPECT_FALSE(game.SetPosition(u"8/8/8/8/8/8/8/8 w KX - 0 1"));
+    EXPECT_EQ(game.Current().sideToMove, kBlack);
+    // Start goes back to the initial position.
+    ASSERT_TRUE(game.Start(false, false, nullptr));
+    EXPECT_EQ(game.BaseFen(), "");
+    EXPECT_TRUE(game.Moves().empty());
+}
+
+TEST(EngineGame, PlaysOnlyLegalMovesOfTheSideToMove) {
+    EngineGame game;
+    ASSERT_TRUE(game.Start(true, false, nullptr));
+    for (const char* bad : {"e2e5", "e7e5", "e1g1", "zz", "e2", "e2e4q", ""})
+        EXPECT_FALSE(game.PlayMove(std::string(bad))) << bad;
+    EXPECT_TRUE(game.Moves().empty());
+
+    // A pawn reaching the last rank without a letter becomes a queen; a letter is kept.
+    ASSERT_TRUE(game.SetPosition(u"8/4P1k1/8/8/8/8/8/4K3 w - - 0 1"));
+    ASSERT_TRUE(game.PlayMove(std::string("e7e8")));
+    ASSERT_TRUE(game.SetPosition(u"8/4P1k1/8/8/8/8/8/4K3 w - - 0 1"));
+    ASSERT_TRUE(game.PlayMove(std::string("e7e8n")));
+    EXPECT_EQ(game.Moves(), std::vector<std::string>{"e7e8n"});
+    EXPECT_EQ(game.Current().At(60), kKnight);  // e8
+}
+
+TEST(EngineGame, ReadsTheEnPassantSquareOfTheText) {
+    constexpr char16_t kAfterDoubleStep[] =
+        u"rnbqkbnr/ppp1pppp/8/8/3pP3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 3";
+    EngineGame game;
+    ASSERT_TRUE(game.Start(false, false, kAfterDoubleStep));
+    EXPECT_EQ(game.BaseFen(), "rnbqkbnr/ppp1pppp/8/8/3pP3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 3");
+    EXPECT_TRUE(game.PlayMove(std::string("d4e3")));
+
+    // A square with no pawn in front of it, or a field that is no square, gives none.
+    for (const char16_t* text : {u"rnbqkbnr/ppp1pppp/8/8/3p4/8/PPPPPPPP/RNBQKBNR b KQkq e3 0 3",
+                                 u"rnbqkbnr/ppp1pppp/8/8/3pP3/8/PPPP1PPP/RNBQKBNR b KQkq eE 0 3"}) {
+        ASSERT_TRUE(game.SetPosition(text));
+        EXPECT_NE(game.BaseFen().find(" KQkq - 0 3"), std::string::npos) << game.BaseFen();
+        EXPECT_FALSE(game.PlayMove(std::string("d4e3")));
+    }
+}
+
+TEST(EngineGame, WorksOutTheLimitsOfEachKindOfLevel) {
+    struct Case {
+        const char* name;
+        int level;  // index in the menu; -1 keeps the default level
+        bool blackToMove;
+        ClockTimes clock;
+        // Expected: a fixed move time, or the clock.
+        int moveTime, white, black, increment, movesToGo;
+    };
+    const Case kCases[] = {
+        {"default level: 5 s per move", -1, false, {}, 4500, -1, -1, 0, 0},
+        {"1 s per move", 0, false, {}, 900, -1, -1, 0, 0},
+        {"30 s per move", 2, true, {}, 29000, -1, -1, 0, 0},
+        {"30 s per move, 10 s left on the clock", 2, false, {10000, 90000, 0}, 9000, -1, -1, 0, 0},
+        {"5 minutes + 3 s", 4, false, {200000, 250000, 0}, 0, 198000, 250000, 3000, 0},
+        {"15 minutes, Black short of time", 5, true, {400000, 1500, 0}, 0, 400000, 1400, 0, 0},
+        {"15 minutes, Black out of time", 5, true, {400000, 60, 0}, 0, 400000, 0, 0, 0},
+        {"40 moves in 2 hours", 7, false, {5000000, 6000000, 12}, 0, 4998000, 6000000, 0, 12},
+        {"40 in 2 hours, clock not running", 7, true, {}, 0, 7200000, 7198000, 0, 40},
+        {"5 minutes, clock not running", 3, false, {}, 0, 298000, 300000, 0, 0},
+    };
+    for (const Case& test : kCases) {
+        EngineGame game;
+        ASSERT_TRUE(game.Start(test.blackToMove, false, test.blackToMove ? kBlackToMove : nullptr));
+        if (test.level >= 0) game.SetLevel(LevelNumber(test.level));
+        const engine::SearchLimits limits = game.Limits(test.clock);
+        EXPECT_FALSE(limits.infinite) << test.name;
+        EXPECT_EQ(limits.moveTimeMs, test.moveTime) << test.name;
+        EXPECT_EQ(limits.timeMs[0], test.white) << test.name;
+        EXPECT_EQ(limits.timeMs[1], test.black) << test.name;
+        EXPECT_EQ(limits.incrementMs[0], test.increment) << test.name;
+        EXPECT_EQ(limits.incrementMs[1], test.increment) << test.name;
+        EXPECT_EQ(limits.movesToGo, test.movesToGo) << test.name;
+    }
+    EngineGame analysis;
+    ASSERT_TRUE(analysis.Start(true, true, nullptr));
+    EXPECT_TRUE(analysis.Limits({60000, 60000, 0}).infinite);
+}
+
+TEST(EngineGame, WritesScoresFromWhitesView) {
+    struct Case {
+        bool blackToMove, mate;
+        int score;
+        const char* text;
+    };
+    const Case kCases[] = {
+        {false, false, 35, "+0.35"},    {false, false, -5, "-0.05"}, {true, false, 120, "-1.20"},
+        {true, false, -1234, "+12.34"}, {false, false, 0, "0.00"},   {false, true, 3, "#3"},
+        {true, true, 2, "#-2"},         {true, true, -4, "#4"},
+    };
+    for (const Case& test : kCases) {
+        EngineGame game;
+        ASSERT_TRUE(game.Start(true, false, test.blackToMove ? kBlackToMove : nullptr));
+        EXPECT_EQ(game.ScoreText(test.mate, test.score), test.text)
+            << test.blackToMove << " " << test.mate << " " << test.score;
+    }
+}
+
+TEST(EngineGame, WritesTheLineInSan) {
+    struct Case {
+        const char16_t* position;
+        std::vector<std::string> line;
+        std::size_t maxLength;
+        const char* text;
+    };
+    const Case kCases[] = {
+        {nullptr, {"e2e4", "e7e5", "g1f3", "b8c6"}, 127, "1. e4 e5 2. Nf3 Nc6"},
+        {kBlackToMove, {"e7e5", "g1f3"}, 127, "1... e5 2. Nf3"},
+        {nullptr, {"e2e4", "e2e4", "e7e5"}, 127, "1. e4"},  // stops at an illegal move
+        {nullptr, {"e2e4", "e7e5", "g1f3"}, 10, "1. e4 e5"},
+        {kFoolsMate, {"e1f2"}, 127, ""},
+        {u"6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 30", {"a1a8"}, 127, "30. Ra8+"},
+    };
+    for (const Case& test : kCases) {
+        EngineGame game;
+        ASSERT_TRUE(game.Start(true, false, test.position));
+        EXPECT_EQ(game.SanLine(test.line, test.maxLength), test.text);
+    }
+}
+
+TEST(EngineGame, TellsCheckmateAndStalemate) {
+    struct Case {
+        const char16_t* position;
+        bool over;
+        std::u16string caption, text;
+    };
+    const Case kCases[] = {
+        {nullptr, false, u"", u""},
+        {kFoolsMate, true, u"0-1", u"Checkmate"},
+        {u"R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 0 1", true, u"1-0", u"Checkmate"},
+        {kStalemate, true, u"1/2-1/2", u"Stalemate"},
+    };
+    for (const Case& test : kCases) {
+        EngineGame game;
+        ASSERT_TRUE(game.Start(true, false, test.position));
+        GameOverTexts over;
+        ASSERT_EQ(game.GameOver(&over), test.over) << test.text.size();
+        if (!test.over) continue;
+        EXPECT_EQ(std::u16string(over.caption), test.caption);
+        EXPECT_EQ(std::u16string(over.text), test.text);
+    }
+}
+
+}  // namespace
+}  // namespace velmora::plugin

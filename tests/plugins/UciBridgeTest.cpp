@@ -1,0 +1,123 @@
+// The UCI bridge's conversation fed with recorded lines, without a process: what it sends,
+// what it reads from "info" lines of real engines, and which moves it passes on.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/bridge/UciBridge.h"
+
+namespace velmora::engine {
+namespace {
+
+TEST(UciBridgeLines, WritesPositionsAndGoLines) {
+    EXPECT_EQ(PositionLine("", {}), "position startpos");
+    EXPECT_EQ(PositionLine("", {"e2e4", "e7e5"}), "position startpos moves e2e4 e7e5");
+    EXPECT_EQ(PositionLine("8/8/8/8/8/8/8/K1k5 w - - 0 1", {"a1a2"}),
+              "position fen 8/8/8/8/8/8/8/K1k5 w - - 0 1 moves a1a2");
+
+    SearchLimits infinite;
+    infinite.infinite = true;
+    SearchLimits perMove;
+    perMove.moveTimeMs = 4500;
+    SearchLimits clock;
+    clock.timeMs[0] = 298000;
+    clock.timeMs[1] = 300000;
+    clock.incrementMs[0] = clock.incrementMs[1] = 3000;
+    SearchLimits control = clock;
+    control.incrementMs[0] = control.incrementMs[1] = 0;
+    control.movesToGo = 17;
+    EXPECT_EQ(GoLine(infinite), "go infinite");
+    EXPECT_EQ(GoLine(perMove), "go movetime 4500");
+    EXPECT_EQ(GoLine(clock), "go wtime 298000 btime 300000 winc 3000 binc 3000");
+    EXPECT_EQ(GoLine(control), "go wtime 298000 btime 300000 winc 0 binc 0 movestogo 17");
+}
+
+// Writes what a report holds, for comparing in one piece.
+std::string Described(const SearchReport& report) {
+    std::string text = "depth " + std::to_string(report.depth) + (report.mate ? " mate " : " cp ") +
+                       std::to_string(report.score) + " nodes " + std::to_string(report.nodes) +
+                       " nps " + std::to_string(report.nodesPerSecond) + " time " +
+                       std::to_string(report.timeMs) + " pv";
+    for (const std::string& move : report.line)
+        text += " " + move;
+    return text;
+}
+
+TEST(UciBridgeLines, ReadsInfoLinesOfRealEngines) {
+    struct Case {
+        const char* line;
+        bool shown;
+        const char* read;
+    };
+    const Case kCases[] = {
+        {"info depth 20 seldepth 27 multipv 1 score cp 31 nodes 1234567 nps 987654 hashfull 412 "
+         "tbhits 0 time 1250 pv e2e4 e7e5 g1f3 b8c6",
+         true, "depth 20 cp 31 nodes 1234567 nps 987654 time 1250 pv e2e4 e7e5 g1f3 b8c6"},
+        // Any order; the speed is worked out when the engine does not give it.
+        {"info pv d2d4 d7d5 score mate -3 time 40 nodes 1000 depth 7", true,
+         "depth 7 mate -3 nodes 1000 nps 25000 time 40 pv d2d4 d7d5"},
+        {"info depth 12 score cp 50 lowerbound nodes 5000 time 10 pv e7e8q", true,
+         "depth 12 cp 50 nodes 5000 nps 500000 time 10 pv e7e8q"},
+        // Unknown words and their numbers are skipped, and so are the moves of other lines.
+        {"info depth 9 score cp -15 wdl 500 300 200 time 100 nodes 20000 pv g1f3", true,
+         "depth 9 cp -15 nodes 20000 nps 200000 time 100 pv g1f3"},
+        {"info depth 3 score cp 8 refutation d1h5 g6h5 time 2 nodes 300 pv b1c3", true,
+         "depth 3 cp 8 nodes 300 nps 150000 time 2 pv b1c3"},
+        {"info depth 14 currmove e2e4 currmovenumber 1", false,
+         "depth 14 cp 0 nodes 0 nps 0 time 0 pv"},
+        {"info depth x score cp 12", true, "depth 0 cp 12 nodes 0 nps 0 time 0 pv"},
+        // Free text, the other lines of a multi-line search and other commands change nothing.
+        {"info string NNUE evaluation using nn-5af11540bbfe.nnue enabled depth 99 score cp 1",
+         false, "depth 0 cp 0 nodes 0 nps 0 time 0 pv"},
+        {"info depth 20 multipv 2 score cp -40 nodes 77 time 9 pv d2d4", false,
+         "depth 0 cp 0 nodes 0 nps 0 time 0 pv"},
+        {"bestmove e2e4", false, "depth 0 cp 0 nodes 0 nps 0 time 0 pv"},
+    };
+    for (const Case& test : kCases) {
+        SearchReport report;
+        EXPECT_EQ(ReadInfoLine(test.line, &report), test.shown) << test.line;
+        EXPECT_EQ(Described(report), test.read) << test.line;
+    }
+    // A line keeps what the one before gave and it does not repeat.
+    SearchReport report;
+    ASSERT_TRUE(
+        ReadInfoLine("info depth 8 score cp 20 nodes 9000 nps 90000 time 100 pv a2a3", &report));
+    ASSERT_TRUE(ReadInfoLine("info score cp 25 upperbound", &report));
+    EXPECT_EQ(Described(report), "depth 8 cp 25 nodes 9000 nps 90000 time 100 pv a2a3");
+}
+
+// The conversation's own corners, below the library: searches that wait for the handshake or
+// for the answer to a "stop", and the ways of saying "no move".
+TEST(UciBridgeLines, KeepsTheConversationInOrder) {
+    struct Recorder : UciChannel, UciListener {
+        void SendLine(const std::string& line) override { sent += line + "; "; }
+        void OnReport(const SearchReport& report) override { sent += "(report); "; }
+        void OnBestMove(const std::string& move) override { sent += "(move " + move + "); "; }
+        std::string sent;
+    } recorder;
+    UciBridge bridge(recorder, recorder);
+    SearchLimits infinite;
+    infinite.infinite = true;
+    bridge.BeginHandshake({{"Hash", "16"}});
+    bridge.Think("", {}, infinite);
+    for (const char* line :
+         {"Stockfish 16 by the Stockfish developers", "id name Stockfish 16",
+          "option name Hash type spin default 16 min 1 max 33554432", "uciok", "readyok"})
+        bridge.HandleLine(line);
+    EXPECT_EQ(bridge.EngineName(), "Stockfish 16");
+    bridge.Think("", {"e2e4"}, infinite);
+    bridge.Think("", {"d2d4"}, infinite);  // replaces the search still waiting
+    for (const char* line : {"info depth 1 score cp 1 pv e2e4", "bestmove e2e4",
+                             "info depth 1 score cp 2 pv d7d5", "bestmove (none)", "bestmove a1a2"})
+        bridge.HandleLine(line);
+    bridge.Think("", {}, infinite);
+    bridge.HandleLine("bestmove 0000");
+    EXPECT_EQ(recorder.sent,
+              "uci; setoption name Hash value 16; isready; position startpos; go infinite; "
+              "stop; position startpos moves d2d4; go infinite; (report); (move ); "
+              "position startpos; go infinite; (move ); ");
+}
+
+}  // namespace
+}  // namespace velmora::engine

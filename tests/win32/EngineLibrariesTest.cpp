@@ -1,0 +1,183 @@
+// The engine DLLs of the build loaded as the program loads them: UciBridge.dll copied beside an
+// ini file that runs the scripted UCI program, and Engines\Velmora\Velmora.dll.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "engine/PluginInterface.h"
+#include "plugins/RecordingHost.h"
+#include "plugins/common/EngineMenu.h"
+
+namespace velmora::plugin {
+namespace {
+
+using testing::RecordingHost;
+
+std::wstring WindowsPath(const char* path) {
+    std::wstring wide(path, path + std::char_traits<char>::length(path));
+    for (wchar_t& c : wide)
+        if (c == L'/') c = L'\\';
+    return wide;
+}
+
+std::string Narrow(const std::wstring& text) {
+    return std::string(text.begin(), text.end());
+}
+
+// A DLL of the build loaded from a path, and the engine its entry point returns.
+class LoadedEngine {
+  public:
+    LoadedEngine(const std::wstring& path, RecordingHost* host) {
+        module_ = LoadLibraryW(path.c_str());
+        if (module_ == nullptr) return;
+        auto load = reinterpret_cast<LoadEngineFunction>(GetProcAddress(module_, kEntryPointName));
+        if (load != nullptr) engine_ = load(host);
+    }
+    ~LoadedEngine() {
+        if (engine_ != nullptr) engine_->Release();
+        if (module_ != nullptr) FreeLibrary(module_);
+    }
+    bool ModuleLoaded() const { return module_ != nullptr; }
+    Engine* operator->() const { return engine_; }
+    Engine* Get() const { return engine_; }
+
+  private:
+    HMODULE module_ = nullptr;
+    Engine* engine_ = nullptr;
+};
+
+// A temporary folder holding a copy of UciBridge.dll, its ini file and the script it runs.
+class BridgeFolder : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        wchar_t temp[MAX_PATH];
+        GetTempPathW(MAX_PATH, temp);
+        folder_ = std::wstring(temp) + L"velmora-bridge-" + std::to_wstring(GetCurrentProcessId()) +
+                  L"-" + std::to_wstring(++count_) + L"\\";
+        CreateDirectoryW(folder_.c_str(), nullptr);
+        const std::wstring built = WindowsPath(VELMORA_ENGINES_DIR "/UciBridge/UciBridge.dll");
+        ASSERT_TRUE(CopyFileW(built.c_str(), (folder_ + L"UciBridge.dll").c_str(), FALSE))
+            << Narrow(built);
+    }
+    void TearDown() override {
+        engine_.reset();
+        for (const wchar_t* name :
+             {L"UciBridge.dll", L"UciBridge.ini", L"engine.script", L"engine.log"})
+            DeleteFileW((folder_ + name).c_str());
+        RemoveDirectoryW(folder_.c_str());
+    }
+
+    // Writes the script and an ini that runs it, then loads the copied library.
+    void Load(const std::string& script, const std::string& extra = "") {
+        const std::string folder = Narrow(folder_);
+        std::ofstream(std::filesystem::path(folder_ + L"engine.script")) << script;
+        std::ofstream(std::filesystem::path(folder_ + L"UciBridge.ini"))
+            << "[Engine]\r\nProgram=" << Narrow(WindowsPath(VELMORA_UCI_SCRIPT))
+            << "\r\nArguments=\"" << folder << "engine.script\" \"" << folder << "engine.log\"\r\n"
+            << extra;
+        engine_ = std::make_unique<LoadedEngine>(folder_ + L"UciBridge.dll", &host_);
+        ASSERT_TRUE(engine_->ModuleLoaded());
+    }
+    std::string Log() {
+        std::ifstream file(std::filesystem::path(folder_ + L"engine.log"));
+        std::stringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+
+    static inline int count_ = 0;
+    std::wstring folder_;
+    RecordingHost host_;
+    std::unique_ptr<LoadedEngine> engine_;
+};
+
+constexpr char kHandshake[] = "< uci\n> id name Scripted\n> uciok\n< isready\n> readyok\n";
+
+TEST_F(BridgeFolder, ShakesHandsAndPlaysAMoveEachWay) {
+    Load(std::string(kHandshake) + "< isready\n> readyok\n< go*\n> bestmove e7e5\n",
+         "[Options]\r\nHash=4\r\n");
+    ASSERT_NE(engine_->Get(), nullptr);
+    EngineInfo info = {kEngineInfoSize, 0, 0, {}};
+    (*engine_)->GetInfo(&info);
+    EXPECT_EQ(std::u16string(info.name), u"Scripted");
+    (*engine_)->Start(1, 0, nullptr);
+    (*engine_)->SetAnalysis(0);
+    (*engine_)->PlayMove(u"e2e4");
+    ASSERT_TRUE(host_.WaitFor("MovePlayed", 10000));
+    EXPECT_EQ(host_.Calls().back(), "MovePlayed e7e5");
+    EXPECT_EQ((*engine_)->IsAlive(), 1);
+    engine_.reset();
+    const std::string log = Log();
+    for (const char* line : {"setoption name Hash value 4", "position startpos moves e2e4",
+                             "go movetime 4500", "quit"})
+        EXPECT_NE(log.find(line), std::string::npos) << line << " is not in:\n" << log;
+}
+
+TEST_F(BridgeFolder, RefusesAProgramThatEndsAtOnceOrNeverAnswers) {
+    const DWORD start = GetTickCount();
+    Load("exit\n");
+    EXPECT_EQ(engine_->Get(), nullptr);
+    EXPECT_LT(GetTickCount() - start, 8000u);  // well before the 10 s timeout
+    Load("silent\n", "HandshakeTimeout=300\r\n");
+    EXPECT_EQ(engine_->Get(), nullptr);
+}
+
+TEST_F(BridgeFolder, IsNoLongerAliveOnceTheProgramIsKilledMidGame) {
+    Load(kHandshake);
+    ASSERT_NE(engine_->Get(), nullptr);
+    (*engine_)->Start(0, 0, nullptr);
+    (*engine_)->Go();
+    std::istringstream log(Log());
+    std::string word;
+    DWORD pid = 0;
+    log >> word >> pid;
+    ASSERT_EQ(word, "pid");
+    HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, pid);
+    ASSERT_NE(process, nullptr);
+    EXPECT_EQ((*engine_)->IsAlive(), 1);
+    TerminateProcess(process, 9);
+    CloseHandle(process);
+    for (int tries = 0; tries < 300 && (*engine_)->IsAlive() != 0; ++tries)
+        Sleep(10);
+    EXPECT_EQ((*engine_)->IsAlive(), 0);
+}
+
+// Velmora.dll, and UciBridge.dll as the build ships it with velmora-engine.exe beside it.
+TEST(BuiltDlls, PlayAMoveEachWay) {
+    for (const char* path : {VELMORA_ENGINES_DIR "/Velmora/Velmora.dll",
+                             VELMORA_ENGINES_DIR "/UciBridge/UciBridge.dll"}) {
+        RecordingHost host;
+        LoadedEngine engine(WindowsPath(path), &host);
+        ASSERT_NE(engine.Get(), nullptr) << path;
+        EngineInfo info = {kEngineInfoSize, 0, 0, {}};
+        engine->GetInfo(&info);
+        EXPECT_EQ(info.version, 2u);
+        EXPECT_EQ(info.flags, 1u);
+        EXPECT_EQ(std::u16string(info.name), u"Velmora") << path;
+        // The menu is a real one here; choosing a level moves the mark from the default one.
+        HMENU menu = static_cast<HMENU>(engine->GetMenu());
+        ASSERT_NE(menu, nullptr);
+        EXPECT_EQ(GetMenuState(menu, kFirstLevelCommand + 1, MF_BYCOMMAND) & MF_CHECKED,
+                  static_cast<UINT>(MF_CHECKED));
+        EXPECT_EQ(engine->OnCommand(nullptr, kFirstLevelCommand, 0), 1);  // 1 second per move
+        EXPECT_EQ(GetMenuState(menu, kFirstLevelCommand, MF_BYCOMMAND) & MF_CHECKED,
+                  static_cast<UINT>(MF_CHECKED));
+        EXPECT_EQ(GetMenuState(menu, kFirstLevelCommand + 1, MF_BYCOMMAND) & MF_CHECKED, 0u);
+
+        engine->Start(1, 0, nullptr);
+        engine->SetAnalysis(0);
+        engine->PlayMove(u"e2e4");
+        ASSERT_TRUE(host.WaitFor("MovePlayed", 10000)) << path;
+        host.TakeCalls();
+        engine->PlayMove(u"g1f3");  // no reply of Black to 1. e4 prevents it
+        ASSERT_TRUE(host.WaitFor("MovePlayed", 10000)) << path;
+    }
+}
+
+}  // namespace
+}  // namespace velmora::plugin

@@ -17,9 +17,9 @@
 namespace velmora::gui {
 namespace {
 
-// Pumps messages until done() or about three seconds have passed.
-bool PumpUntil(const std::function<bool()>& done) {
-    for (int i = 0; i < 30 && !done(); ++i)
+// Pumps messages until done() or about the given number of seconds have passed.
+bool PumpUntil(const std::function<bool()>& done, int seconds = 3) {
+    for (int i = 0; i < 10 * seconds && !done(); ++i)
         Pump();
     return done();
 }
@@ -58,6 +58,16 @@ class EngineGameTest : public GuiTest {
     }
     void UseScript(const std::string& script) {
         test::WriteBytes(scriptPath, script);
+        host = std::make_unique<EngineHost>(root.dir.u16string() + u"\\");
+        App().engineHost = host.get();
+    }
+    // Installs the program's own engine, built beside the program, as the only engine.
+    void UseVelmora() {
+        std::filesystem::remove_all(root.dir / "Engines" / "Scripted");
+        const std::filesystem::path folder = root.dir / "Engines" / "Velmora";
+        std::filesystem::create_directories(folder);
+        std::filesystem::copy_file(std::string(VELMORA_ENGINES_DIR) + "/Velmora/Velmora.dll",
+                                   folder / "Velmora.dll");
         host = std::make_unique<EngineHost>(root.dir.u16string() + u"\\");
         App().engineHost = host.get();
     }
@@ -253,6 +263,34 @@ TEST_F(EngineGameTest, AnEngineThatDiesIsReportedAndTheGameIsKept) {
     EXPECT_FALSE(stillActive);
     const std::string saved = test::ReadBytes(path);
     EXPECT_NE(saved.find("1. e4 e5 2. Nf3"), std::string::npos) << saved;
+}
+
+// Velmora's own engine library, as the program ships it: one level chosen from its menu, and a
+// move answered.
+TEST_F(EngineGameTest, VelmorasOwnEngineAnswersAtTheLevelChosenInItsMenu) {
+    UseVelmora();
+    Game game;
+    BoardView view(game);
+    bool answered = false;
+    TimeControl clockControl;
+    WhenModal([&] {
+        HWND window = view.Window();
+        StartEngine(view, false);
+        SendMessageW(window, WM_COMMAND, 45001, 0);  // "1 second per move"
+        Move(view, "e2", "e4");
+        answered = PumpUntil([&] { return game.Current()->SideToMove() == kWhite; }, 8);
+        SendMessageW(window, WM_TIMER, 1, 0);
+        clockControl = view.Clock().Control();
+        game.modified = 0;
+        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
+    });
+    EXPECT_TRUE(view.Run(frame, 0));
+    EXPECT_TRUE(answered);
+    EXPECT_EQ(game.black.View(), u"Velmora");
+    EXPECT_EQ(clockControl, (TimeControl{1, 0, 0, 0, 0, 0, 0}));
+    ASSERT_NE(game.StartPosition().FirstContinuation(), nullptr);
+    EXPECT_NE(game.StartPosition().FirstContinuation()->positionAfter->FirstContinuation(),
+              nullptr);
 }
 
 }  // namespace

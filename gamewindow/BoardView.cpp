@@ -441,10 +441,7 @@ MoveNode* BoardView::ChooseContinuation(MoveNode* first) {
 
 int BoardView::QueryClose() {
     if (!PromptSave(game_, OwnerOf(window_))) return 0;
-    if (engineActive_ && App().engineHost != nullptr && !engineStopped_) {
-        App().engineHost->StopEngine();
-        engineStopped_ = true;
-    }
+    StopEngineOnClose();
     return 1;
 }
 
@@ -568,10 +565,13 @@ void BoardView::EditComment() {
 
 // Sets up a new game on the board editor; on OK the window ends and hands it over.
 void BoardView::NewPosition() {
-    if (!QueryClose()) return;
+    // The engine is stopped only once the window really ends: after a cancelled set-up it
+    // goes on playing this game.
+    if (!PromptSave(game_, OwnerOf(window_))) return;
     auto game = std::make_unique<Game>();
     SetupBoardDialog dialog(*game, game_.Current(), false);
     if (dialog.DoModal(window_) != 1) return;
+    StopEngineOnClose();
     newGame_ = std::move(game);
     exitCommand_ = ID_SHOW_GAME_AGAIN;
     EndDialog(window_, 1);

@@ -98,6 +98,7 @@ class BoardView : public DialogBase,
     void UpdateClockMoveText();
     // Handles the messages of the engine host; false for any other message.
     bool OnEngineMessage(UINT message, WPARAM wParam);
+    void StopEngineOnClose();
     void EndEngine();
     void SendToWindow(unsigned message, std::uintptr_t wParam) override;
     int RunStartDialog(StartGameChoice& choice) override;

@@ -243,13 +243,19 @@ bool BoardView::OnEngineMessage(UINT message, WPARAM wParam) {
     }
 }
 
+// Tells the engine to finish, once: the window is about to end.
+void BoardView::StopEngineOnClose() {
+    if (!engineActive_ || engineStopped_ || App().engineHost == nullptr) return;
+    App().engineHost->StopEngine();
+    engineStopped_ = true;
+}
+
 // Stops the engine and leaves the game: the window is closing.
 void BoardView::EndEngine() {
     KillTimer(window_, kClockTimer);
     EngineHost* host = App().engineHost;
     if (host == nullptr) return;
-    if (engineActive_ && !engineStopped_) host->StopEngine();
-    engineStopped_ = true;
+    StopEngineOnClose();
     host->Detach();
 }
 

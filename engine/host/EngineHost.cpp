@@ -252,18 +252,10 @@ void EngineHost::WriteNameTag(const char16_t* name) {
 
 std::u16string EngineHost::MoveTextFor(const MoveNode& node) const {
     char16_t text[kSanBufferSize];
-    if (coordinateMoves_) {
-        // From and to squares, then the promotion letter: "e7e8q".
-        std::u16string move{static_cast<char16_t>(u'a' + (node.from & 7)),
-                            static_cast<char16_t>(u'1' + (node.from >> 3)),
-                            static_cast<char16_t>(u'a' + (node.to & 7)),
-                            static_cast<char16_t>(u'1' + (node.to >> 3))};
-        static constexpr char16_t kLetters[] = u"??rnbq";
-        if (node.promotion >= kRook && node.promotion <= kQueen) move += kLetters[node.promotion];
-        return move;
-    }
-    const Move move{node.from, node.to, node.promotion};
-    const int length = WriteSan(node.positionBefore->Value(), move, 0, {}, text);
+    const int length = coordinateMoves_
+                           ? WriteCoordinates(&node, text)
+                           : WriteSan(node.positionBefore->Value(),
+                                      Move{node.from, node.to, node.promotion}, 0, {}, text);
     return std::u16string(text, static_cast<std::size_t>(length));
 }
 

@@ -6,6 +6,7 @@
 #include "TestFiles.h"
 #include "engine/host/EngineHost.h"
 #include "game/GameIndex.h"
+#include "game/MoveText.h"
 #include "game/MoveTree.h"
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
@@ -95,11 +96,8 @@ class EngineGameTest : public GuiTest {
     }
     std::u16string LastMoveSquares(Game& game) {
         MoveNode* node = game.Current()->ArrivalNode();
-        if (node == nullptr) return u"";
-        return {static_cast<char16_t>(u'a' + (node->from & 7)),
-                static_cast<char16_t>(u'1' + (node->from >> 3)),
-                static_cast<char16_t>(u'a' + (node->to & 7)),
-                static_cast<char16_t>(u'1' + (node->to >> 3))};
+        char16_t text[kSanBufferSize];
+        return node != nullptr ? std::u16string(text, WriteCoordinates(node, text)) : u"";
     }
 
     test::TempFolder root;

@@ -36,9 +36,10 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"plugins", {"engine", "game", "core", "platform"}},
     {"ui", {"models", "game/UserMessages.h", "platform", "resources"}},
     {"gamewindow",
-     {"ui", "models", "engine", "clock", "game", "core", "platform", "resources"}},
+     {"ui", "models", "engine", "clock", "devices", "game", "core", "platform", "resources"}},
     {"shell",
-     {"gamewindow", "ui", "models", "engine", "clock", "game", "core", "platform", "resources"}},
+     {"gamewindow", "ui", "models", "engine", "clock", "devices", "game", "core", "platform",
+      "resources"}},
 };
 // Code built for Windows only; everything else is portable.
 const std::set<std::string> kWin32Folders = {"ui", "shell", "gamewindow", "platform/win32",

@@ -1,0 +1,1 @@
+#include "devices/StarDiamondImport.h"

@@ -249,7 +249,11 @@ INT_PTR BoardView::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
             return TRUE;
         case WM_DESTROY:
             EndEngine();
+            CloseBoardLink();
             break;
+        case kBoardLineMessage:
+            OnBoardLine(reinterpret_cast<const char*>(lParam));
+            return TRUE;
         case WM_SIZE: {
             DialogBase::DialogProc(message, wParam, lParam);
             if (created_) {
@@ -386,6 +390,9 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
         case ID_LARGE_CLOCKS:
             ToggleLargeClocks();
             return TRUE;
+        case ID_CONNECT_UCB:
+            ConnectUcb();
+            return TRUE;
         case IDCANCEL:
             // Escape: the game window ends only through its exit commands, which ask about
             // saving first, or through closing it.
@@ -412,6 +419,7 @@ BOOL BoardView::OnCommand(WPARAM wParam, LPARAM lParam) {
 
 void BoardView::OnMovePlayed(MoveNode* node, GameView*) {
     OnPositionChanged(node->positionAfter);
+    SendMoveToBoard(*node);
     blinkPhase_ = 0;
 }
 

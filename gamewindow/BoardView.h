@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "clock/ChessClock.h"
+#include "devices/UcbLink.h"
 #include "engine/host/EngineHost.h"
 #include "game/Game.h"
 #include "gamewindow/BoardRenderer.h"
@@ -15,6 +16,7 @@
 #include "gamewindow/NotationView.h"
 #include "models/BoardLayout.h"
 #include "models/MoveEntry.h"
+#include "platform/SerialPort.h"
 #include "ui/DialogBase.h"
 
 namespace velmora {
@@ -22,10 +24,13 @@ namespace velmora {
 class BoardView : public DialogBase,
                   public GameView,
                   private MoveEntryHost,
-                  private EngineHostWindow {
+                  private EngineHostWindow,
+                  private UcbLinkHost {
   public:
     static constexpr int kNotationId = 2000;
     static constexpr int kCommentId = 2001;
+    // Sent by the serial reader thread with a line from the chessboard in lParam.
+    static constexpr UINT kBoardLineMessage = 32776;
 
     explicit BoardView(Game& game);
     ~BoardView() override;
@@ -63,6 +68,7 @@ class BoardView : public DialogBase,
     bool EngineActive() const { return engineActive_; }
     bool UserPlaysWhite() const { return userPlaysWhite_; }
     bool UserPlaysBlack() const { return userPlaysBlack_; }
+    bool ChessboardConnected() const { return chessboardConnected_; }
 
   private:
     void ComputeLayout();
@@ -106,6 +112,16 @@ class BoardView : public DialogBase,
     void PlaySoundFile(const std::u16string& path) override;
     plugin::WindowHandle Handle() override { return window_; }
 
+    // The UCB chessboard link (BoardViewBoardLink.cpp).
+    void ConnectUcb();
+    void OnBoardLine(const char* line);
+    void SendMoveToBoard(const MoveNode& node);
+    void CloseBoardLink();
+    static void BoardLineArrived(const char* line, void* context);
+    bool SendToBoard(const char* text) override;
+    void ShowBoardLine(const char16_t* text) override;
+    void RedrawBoard() override;
+
     int exitCommand_ = 0;
     Game& game_;
     NotationView notation_;
@@ -131,6 +147,9 @@ class BoardView : public DialogBase,
     // The time control the clock was last set to.
     SettingsBlock clockSettings_{};
     bool engineStopped_ = false;
+    platform::SerialPort serialLink_;
+    bool chessboardConnected_ = false;
+    std::unique_ptr<UcbLink> ucbLink_;
 };
 
 }  // namespace velmora

@@ -105,7 +105,8 @@ void BoardView::StartClock() {
 // engine thinks, or while the user stands at the end of the line; every tenth second of the
 // engine's time the engine is asked whether it still lives.
 void BoardView::ClockTick() {
-    if (!engineActive_ || analysisMode_) return;
+    // With a chessboard connected the clock runs for the players even without an engine.
+    if ((!engineActive_ || analysisMode_) && !chessboardConnected_) return;
     FollowTimeControl();
     EngineHost* host = App().engineHost;
     Position* current = game_.Current();
@@ -119,7 +120,7 @@ void BoardView::ClockTick() {
             // The game goes on without the engine: the user may move both colours.
             engineActive_ = false;
             SetUserColours(true, true);
-            KillTimer(window_, kClockTimer);
+            if (!chessboardConnected_) KillTimer(window_, kClockTimer);
             InvalidateRect(window_, nullptr, FALSE);
             return;
         }

@@ -33,6 +33,8 @@
 #define IDD_SEARCH 146
 #define IDD_SEARCH_LANDSCAPE 152
 #define IDD_SEARCH_MATERIAL 153
+#define IDD_SELECT_PORT 147
+#define IDD_STAR_DIAMOND 148
 
 // Bitmaps: twelve piece images side by side per piece set, toolbars and two small strips
 #define IDB_DIAGRAM_LARGE 113
@@ -240,6 +242,15 @@
 #define IDC_ENGINE_PLAYS_BLACK 1013
 #define IDC_START_BUTTON 1077
 #define IDC_START_CANCEL 1078
+
+// "Select serial port" (147) and the Star Diamond import (148)
+#define IDC_PORT_LIST 1018
+#define IDC_PORT_LABEL 1019
+#define IDC_PORT_HINT 1020
+#define IDC_STAR_DIAMOND_MESSAGES 1000
+#define IDC_STAR_DIAMOND_MESSAGES_LABEL 1001
+#define IDC_STAR_DIAMOND_IMPORT 1094
+#define IDC_STAR_DIAMOND_CONNECT 1097
 
 // Controls of the comment editor (107) and the material balance (109)
 #define IDC_COMMENT_TEXT 1050

@@ -78,6 +78,15 @@
 #define TXT_ENGINE_PLAYS_BLACK "Engine plays Black"
 #define TXT_START_BUTTON "Start"
 
+// "Select serial port" (147) and the Star Diamond import (148)
+#define TXT_SELECT_PORT_TITLE "Select serial port"
+#define TXT_PORT "Port :"
+#define TXT_PORT_HINT "Pick the port the chessboard is on, or type its number."
+#define TXT_STAR_DIAMOND_TITLE "Import Star Diamond Game"
+#define TXT_CONNECT "Connect"
+#define TXT_IMPORT "Import"
+#define TXT_STAR_DIAMOND_MESSAGES "Messages from Star Diamond"
+
 // About dialog (103, 149)
 #define TXT_ABOUT_TITLE "About Velmora"
 #define TXT_ABOUT_NAME "Velmora 2.0"

@@ -78,6 +78,15 @@
 #define TXT_ENGINE_PLAYS_BLACK "Le moteur joue les Noirs"
 #define TXT_START_BUTTON "Démarrer"
 
+// "Select serial port" (147) and the Star Diamond import (148)
+#define TXT_SELECT_PORT_TITLE "Choisir le port série"
+#define TXT_PORT "Port :"
+#define TXT_PORT_HINT "Choisissez le port de l'échiquier, ou tapez son numéro."
+#define TXT_STAR_DIAMOND_TITLE "Importer une partie Star Diamond"
+#define TXT_CONNECT "Connecter"
+#define TXT_IMPORT "Importer"
+#define TXT_STAR_DIAMOND_MESSAGES "Messages du Star Diamond"
+
 // About dialog (103, 149)
 #define TXT_ABOUT_TITLE "À propos de Velmora"
 #define TXT_ABOUT_NAME "Velmora 2.0"

@@ -9,6 +9,7 @@
 #include "resources/resource.h"
 #include "shell/GameListDialog.h"
 #include "shell/SearchDialog.h"
+#include "shell/StarDiamondDialog.h"
 #include "ui/AboutDialog.h"
 #include "ui/Application.h"
 #include "ui/DeviceFrame.h"
@@ -292,6 +293,15 @@ void MainWindow::OnCommand(int id) {
         case ID_SHOW_GAME_AGAIN:
             ShowGameWindow();
             break;
+        case ID_IMPORT_STAR_DIAMOND: {
+            std::unique_ptr<Game> game;
+            if (RunStarDiamondImport(window_, &game)) {
+                game_ = std::move(game);
+                index_ = 0;
+                ShowGameWindow();
+            }
+            break;
+        }
         case ID_SEARCH:
             Search();
             break;

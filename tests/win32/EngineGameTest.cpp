@@ -10,7 +10,6 @@
 #include "game/MoveTree.h"
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
-#include "models/BoardGeometry.h"
 #include "resources/resource.h"
 #include "ui/MenuBar.h"
 #include "win32/GuiDriver.h"
@@ -18,26 +17,8 @@
 namespace velmora::gui {
 namespace {
 
-// Pumps messages until done() or about the given number of seconds have passed.
-bool PumpUntil(const std::function<bool()>& done, int seconds = 3) {
-    for (int i = 0; i < 10 * seconds && !done(); ++i)
-        Pump();
-    return done();
-}
-
-// Presses a button of the dialog as a tap would.
-void Press(HWND dialog, int id) {
-    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
-                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
-}
-
 std::function<bool(HWND)> HasControl(int id) {
     return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
-}
-
-// The text of a message box (its static control).
-std::wstring BoxText(HWND box) {
-    return WindowText(GetDlgItem(box, 0xFFFF));
 }
 
 class EngineGameTest : public GuiTest {
@@ -74,23 +55,12 @@ class EngineGameTest : public GuiTest {
     }
     std::string EngineLog() const { return test::ReadBytes(logPath); }
 
-    // Taps the square, as a finger on the board.
-    static void TapSquare(BoardView& view, const char* square) {
-        const Point centre =
-            SquareCentre(view.Board().Placement(), square[0] - 'a', square[1] - '1');
-        SendMessageW(view.Window(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(centre.x, centre.y));
-        SendMessageW(view.Window(), WM_LBUTTONUP, 0, MAKELPARAM(centre.x, centre.y));
-    }
-    static void Move(BoardView& view, const char* from, const char* to) {
-        TapSquare(view, from);
-        TapSquare(view, to);
-    }
     // Opens "Start..." and answers the dialog: play with the engine on Black, or analyse.
     void StartEngine(BoardView& view, bool analyse) {
         WhenPopup(HasControl(1077), [&, analyse](HWND dialog) {
             startDialogSeen = true;
             if (analyse) SendDlgItemMessageW(dialog, 1082, BM_CLICK, 0, 0);
-            Press(dialog, 1077);
+            PressButton(dialog, 1077);
         });
         SendMessageW(view.Window(), WM_COMMAND, ID_ENGINE_START, 0);
     }
@@ -124,7 +94,7 @@ TEST_F(EngineGameTest, PlaysUnderTheClockUntilTheEngineResigns) {
         StartEngine(view, false);
         userWhite = view.UserPlaysWhite();
         userBlack = view.UserPlaysBlack();
-        Move(view, "e2", "e4");
+        MoveByTaps(view, "e2", "e4");
         PumpUntil([&] { return game.Current()->SideToMove() == kWhite; });
         answer1 = LastMoveSquares(game);
         // Two seconds of the user's time: the clock runs for White at the end of the line.
@@ -154,7 +124,7 @@ TEST_F(EngineGameTest, PlaysUnderTheClockUntilTheEngineResigns) {
             resignationText = BoxText(box);
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
-        Move(view, "g1", "f3");
+        MoveByTaps(view, "g1", "f3");
         PumpUntil([&] { return game.result == 0 && resignationBoxes > 0; });
         answer2 = LastMoveSquares(game);
         Pump();
@@ -240,9 +210,9 @@ TEST_F(EngineGameTest, AnEngineThatDiesIsReportedAndTheGameIsKept) {
     WhenModal([&] {
         HWND window = view.Window();
         StartEngine(view, false);
-        Move(view, "e2", "e4");
+        MoveByTaps(view, "e2", "e4");
         PumpUntil([&] { return game.Current()->SideToMove() == kWhite; });
-        Move(view, "g1", "f3");
+        MoveByTaps(view, "g1", "f3");
         WhenPopup(Titled(L"Velmora 2.0"), [&](HWND box) {
             stoppedText = BoxText(box);
             SendMessageW(box, WM_COMMAND, IDOK, 0);
@@ -275,7 +245,7 @@ TEST_F(EngineGameTest, VelmorasOwnEngineAnswersAtTheLevelChosenInItsMenu) {
         HWND window = view.Window();
         StartEngine(view, false);
         SendMessageW(window, WM_COMMAND, 45001, 0);  // "1 second per move"
-        Move(view, "e2", "e4");
+        MoveByTaps(view, "e2", "e4");
         answered = PumpUntil([&] { return game.Current()->SideToMove() == kWhite; }, 8);
         SendMessageW(window, WM_TIMER, 1, 0);
         clockControl = view.Clock().Control();

@@ -12,8 +12,10 @@
 #include <string>
 #include <vector>
 
+#include "gamewindow/BoardView.h"
 #include "gamewindow/ClockWindow.h"
 #include "gamewindow/CommentPane.h"
+#include "models/BoardGeometry.h"
 #include "models/Settings.h"
 #include "shell/MainWindow.h"
 #include "ui/Application.h"
@@ -91,6 +93,30 @@ inline void Pump() {
     }
 }
 
+// Pumps messages until done() or about the given number of seconds have passed.
+inline bool PumpUntil(const std::function<bool()>& done, int seconds = 3) {
+    for (int i = 0; i < 10 * seconds && !done(); ++i)
+        Pump();
+    return done();
+}
+
+// Presses a button of the dialog as a tap would.
+inline void PressButton(HWND dialog, int id) {
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
+}
+
+// Taps a square of the game window's board ("e2"), as a finger does.
+inline void TapSquare(BoardView& view, const char* square) {
+    const Point centre = SquareCentre(view.Board().Placement(), square[0] - 'a', square[1] - '1');
+    SendMessageW(view.Window(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(centre.x, centre.y));
+    SendMessageW(view.Window(), WM_LBUTTONUP, 0, MAKELPARAM(centre.x, centre.y));
+}
+inline void MoveByTaps(BoardView& view, const char* from, const char* to) {
+    TapSquare(view, from);
+    TapSquare(view, to);
+}
+
 // Shows the window (a modal dialog becomes visible only once its loop is idle) and paints it.
 inline void Repaint(HWND window) {
     if (!IsWindowVisible(window)) ShowWindow(window, SW_SHOW);
@@ -142,6 +168,11 @@ inline std::wstring WindowText(HWND window) {
     wchar_t text[1024] = {};
     GetWindowTextW(window, text, 1024);
     return text;
+}
+
+// The text of a message box (its static control).
+inline std::wstring BoxText(HWND box) {
+    return WindowText(GetDlgItem(box, 0xFFFF));
 }
 
 // Sends the game list dialog what a tap on a column header (row -1) or on a row sends.

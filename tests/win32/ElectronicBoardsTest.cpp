@@ -69,6 +69,33 @@ class ElectronicBoardsTest : public GuiTest {
     test::TempFolder root;
 };
 
+// A port that is not there: the user is told, and the game window goes on without a link.
+TEST_F(ElectronicBoardsTest, APortThatCannotBeOpenedIsReported) {
+    Game game;
+    BoardView view(game);
+    std::wstring boxText, boxCaption;
+    bool connected = true;
+    WhenModal([&] {
+        HWND window = view.Window();
+        WhenPopup(Titled(L"Unable to connect UCB"), [&](HWND box) {
+            boxText = BoxText(box);
+            boxCaption = WindowText(box);
+            PhotographBothWays(window, L"unable-to-open-port");
+            SendMessageW(box, WM_COMMAND, IDOK, 0);
+        });
+        ConnectBoard(view, 199, false);
+        connected = view.ChessboardConnected();
+        MoveByTaps(view, "e2", "e4");
+        game.modified = 0;
+        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
+    });
+    EXPECT_TRUE(view.Run(frame, 0));
+    EXPECT_EQ(boxText, L"Unable to open port");
+    EXPECT_EQ(boxCaption, L"Unable to connect UCB");
+    EXPECT_FALSE(connected);
+    EXPECT_EQ(MainLine(game), "e2e4");
+}
+
 // The board (ucb-play.txt) sends 1. e4 and 2. Nf3, asks for the transmit mode and the position;
 // the user's 1... e5 and 2... Nc6 go to the board with the hyphen; the clock runs with the link.
 TEST_F(ElectronicBoardsTest, PlaysMovesBothWaysWithTheSimulatedBoard) {
@@ -187,6 +214,35 @@ ImportRun RunImport(HWND frame, int port, const std::wstring& shotName) {
     });
     if (dialog.DoModal(frame) == 1) run.game = dialog.TakeGame();
     return run;
+}
+
+// The import dialog as it opens, and a port that cannot be opened: its message, and "Import"
+// stays disabled.
+TEST_F(ElectronicBoardsTest, TheImportDialogReportsAPortThatCannotBeOpened) {
+    StarDiamondDialog dialog;
+    std::wstring boxText, boxCaption;
+    bool importEnabled = true, connectEnabled = false;
+    WhenModal([&] {
+        HWND window = dialog.Window();
+        PhotographBothWays(window, L"star-diamond-import");
+        SetWindowTextW(GetDlgItem(window, IDC_PORT_LIST), L"COM199");
+        WhenPopup(Titled(L"Unable to import game"), [&](HWND box) {
+            boxText = BoxText(box);
+            boxCaption = WindowText(box);
+            PhotographBothWays(window, L"unable-to-open-com-port");
+            SendMessageW(box, WM_COMMAND, IDOK, 0);
+        });
+        PressButton(window, IDC_STAR_DIAMOND_CONNECT);
+        popupActions.clear();
+        importEnabled = IsWindowEnabled(GetDlgItem(window, IDC_STAR_DIAMOND_IMPORT));
+        connectEnabled = IsWindowEnabled(GetDlgItem(window, IDC_STAR_DIAMOND_CONNECT));
+        PressButton(window, IDOK);
+    });
+    EXPECT_EQ(dialog.DoModal(frame), 2);
+    EXPECT_EQ(boxText, L"Unable to open COM port");
+    EXPECT_EQ(boxCaption, L"Unable to import game");
+    EXPECT_FALSE(importEnabled);
+    EXPECT_TRUE(connectEnabled);
 }
 
 // The stored game comes over whole, with "N moves" in the list, and is saved to a file.

@@ -270,6 +270,8 @@ TEST(StarDiamondImport, OnlyTheLineOfRankTwoCarriesTheSideToMove) {
     }
 }
 
+// Each bad line follows one that is ignored (it does not begin with 'M') but holds a legal move
+// at the places a move is read from, so a line read past its end would play it.
 TEST(StarDiamondImport, UnreadableOrIllegalMovesStopTheImport) {
     const char* lines[] = {
         "Move 31 b7-b8/Z", "Move 31 b7-b8/", "Move 31 b7-b8/K", "Move  1 d1-d3", "Move  1 e1-e2",
@@ -278,7 +280,7 @@ TEST(StarDiamondImport, UnreadableOrIllegalMovesStopTheImport) {
         SCOPED_TRACE(line);
         Computer computer;
         computer.Run({".8 bk", ".7 .. WP", ".1 .. .. .. .. WK"},
-                     {"Replay 2", "Move  1 e1-d1", "not a move", line, "Move  2 d1-e1"});
+                     {"Replay 2", "Move  1 e1-d1", "Comment d1-e1", line, "Move  2 d1-e1"});
         EXPECT_EQ(computer.host.boxes, Lines{kMoveBox});
         EXPECT_EQ(computer.import.CurrentGame(), nullptr);
         EXPECT_EQ(computer.host.stopped, 1);

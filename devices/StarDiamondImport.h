@@ -56,6 +56,19 @@ class StarDiamondImport {
     std::unique_ptr<Game> TakeGame();
 
   private:
+    // The protocol step for a line received while there is a game.
+    void StepOnLine();
+    void StepOnMoveLine();
+    // Reads ".8 br bn bb bq bk bb bn br" into the rank of position_ it names.
+    bool ReadRankLine();
+    // Reads "Move  1 e2-e4" and plays it on position_.
+    bool ReadMoveLine();
+    // Ends the import with the game kept and tells the user why.
+    void Finish(const char16_t* text);
+    // Ends the import with the game thrown away and shows the error.
+    void Fail(const char16_t* text);
+    void Stop(bool keepGame);
+
     StarDiamondHost& host_;
     std::unique_ptr<Game> game_;
     Position* position_ = nullptr;

@@ -9,7 +9,7 @@ namespace velmora {
 class Game;
 class GameView;
 class MoveNode;
-struct PositionValue;
+class PositionValue;
 
 // What the link needs from the game window.
 class UcbLinkHost {

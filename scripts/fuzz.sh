@@ -2,7 +2,8 @@
 # Builds the libFuzzer targets with clang in build/fuzz and runs them.
 # Usage: scripts/fuzz.sh [-j JOBS] [SECONDS] [TARGET...]
 #   SECONDS  how long each target runs (default 60)
-#   TARGET   fuzz-position-text, fuzz-san, fuzz-load-game, fuzz-scan-file (default: all four)
+#   TARGET   fuzz-position-text, fuzz-san, fuzz-load-game, fuzz-scan-file, fuzz-ucb-line,
+#            fuzz-star-diamond-line (default: all six)
 #   -j JOBS  how many targets run at once (default 1; the machine has 2 cores)
 # Each target grows its corpus in build/fuzz/corpus/TARGET, starting from the committed seeds
 # (fuzz/corpus/TARGET, and tests/data for the PGN targets); crashes, timeouts and out-of-memory
@@ -11,7 +12,8 @@
 set -uo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-all_targets=(fuzz-position-text fuzz-san fuzz-load-game fuzz-scan-file)
+all_targets=(fuzz-position-text fuzz-san fuzz-load-game fuzz-scan-file fuzz-ucb-line
+    fuzz-star-diamond-line)
 jobs=1
 seconds=60
 targets=()
@@ -26,7 +28,7 @@ while [ $# -gt 0 ]; do
             shift
             ;;
         -h | --help)
-            sed -n '2,10p' "${BASH_SOURCE[0]}" | sed 's/^# \{0,1\}//'
+            sed -n '2,11p' "${BASH_SOURCE[0]}" | sed 's/^# \{0,1\}//'
             exit 0
             ;;
         *)
@@ -68,6 +70,8 @@ run_target() {
             ;;
         fuzz-san) dict=fuzz/san.dict ;;
         fuzz-position-text) dict=fuzz/position-text.dict ;;
+        fuzz-ucb-line) dict=fuzz/ucb.dict ;;
+        fuzz-star-diamond-line) dict=fuzz/star-diamond.dict ;;
     esac
     # The first folder is the working corpus that grows; the seed folders are only read.
     "$tree/fuzz/$target" "$corpus" "${seeds[@]}" -dict="$dict" \

@@ -1,0 +1,360 @@
+// The Star Diamond import fed recorded conversations: requests on their timers, the position
+// dump, the move list, and how the import ends (finished, failed, or the computer silent).
+#include "devices/StarDiamondImport.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "game/Game.h"
+#include "game/MoveTree.h"
+#include "tests/core/TestBoards.h"
+
+namespace velmora {
+namespace {
+
+using Lines = std::vector<std::string>;
+constexpr int kRequest = StarDiamondImport::kRequestTimer;
+constexpr int kWatchdog = StarDiamondImport::kWatchdogTimer;
+constexpr const char* kHeader = ".  aa bb cc dd ee ff gg hh";
+const Lines kStartRanks = {
+    ".8 br bn bb bq bk bb bn br",    ".7 bp bp bp bp bp bp bp bp", ".6", ".5", ".4", ".3",
+    ".2 WP WP WP WP WP WP WP WP  +", ".1 WR WN WB WQ WK WB WN WR"};
+const std::string kPositionBox = "Unable to understand Star Diamond Position | Error | error";
+const std::string kMoveBox = "Unable to understand Star Diamond move | Error | error";
+const std::string kSilentBox =
+    "Star Diamond unavailable, please close this window, turn the Star Diamond off and then on "
+    "again and try again | Star Diamond not available | error";
+
+struct ComputerHost final : StarDiamondHost {
+    bool SendToComputer(const char* text) override {
+        log.push_back(std::string("send ") + text);
+        return true;
+    }
+    void SetTimer(int id, int milliseconds) override {
+        log.push_back("timer " + std::to_string(id) + " " + std::to_string(milliseconds));
+        armed.insert(id);
+    }
+    void KillTimer(int id) override {
+        log.push_back("kill " + std::to_string(id));
+        armed.erase(id);
+    }
+    void AppendMessage(const char16_t* text) override { messages.push_back(testing::Narrow(text)); }
+    void ShowMessage(const char16_t* text, const char16_t* caption, bool error) override {
+        boxes.push_back(testing::Narrow(text) + " | " + testing::Narrow(caption) +
+                        (error ? " | error" : " | information"));
+        log.push_back("box");
+    }
+    void ImportStopped() override {
+        ++stopped;
+        log.push_back("stopped");
+    }
+    Lines log, messages, boxes;
+    std::set<int> armed;
+    int stopped = 0;
+};
+
+struct Computer {
+    void Line(const std::string& line) { import.OnLine(line.c_str()); }
+    // Fires a one-shot timer, which must be armed.
+    void Fire(int id) {
+        EXPECT_EQ(host.armed.erase(id), 1u) << "timer " << id << " not armed";
+        import.OnTimer(id);
+    }
+    // Runs an import through: the two pacing lines, the dump between its headers, then each
+    // line of the move list after its request, until the import ends.
+    void Run(const Lines& ranks, const Lines& moves, const char* header = kHeader) {
+        import.Start();
+        Line("OK");
+        Fire(kRequest);
+        Line("Star Diamond");
+        Fire(kRequest);
+        Line(header);
+        for (const std::string& rank : ranks)
+            Line(rank);
+        Line(header);
+        if (import.Step() != 3) return;
+        for (const std::string& line : moves) {
+            Fire(kRequest);
+            Line(line);
+            if (!import.Importing()) return;
+        }
+    }
+    // The game's main line, "e2e4 e7e5".
+    std::string MainLine() const {
+        std::string text;
+        for (const MoveNode* node = import.CurrentGame()->StartPosition().FirstContinuation(); node;
+             node = node->positionAfter->FirstContinuation()) {
+            text += text.empty() ? "" : " ";
+            text += {static_cast<char>('a' + FileOf(node->from)),
+                     static_cast<char>('1' + RankOf(node->from)),
+                     static_cast<char>('a' + FileOf(node->to)),
+                     static_cast<char>('1' + RankOf(node->to))};
+            if (const char letter = LetterFromType(node->promotion)) text += letter;
+        }
+        return text;
+    }
+    ComputerHost host;
+    StarDiamondImport import{host};
+};
+
+TEST(StarDiamondImport, FullImportRequestsOnItsTimersAndBuildsTheGame) {
+    Computer c;
+    c.import.Start();
+    c.Line("OK");
+    c.Fire(kRequest);
+    c.Line("Star Diamond");
+    c.Fire(kRequest);
+    for (const char* line : {"pos", kHeader})
+        c.Line(line);
+    for (const std::string& rank : kStartRanks)
+        c.Line(rank);
+    c.Line(kHeader);
+    c.Line("Replay 3");  // before the result was asked for: changes nothing
+    c.Fire(kRequest);
+    for (const char* line : {"Replay 3", "White to move", "Move  1 e2-e4", "Move  1 e7-e5"}) {
+        c.Line(line);
+        c.Fire(kRequest);
+    }
+    c.Line("Move  2 g1-f3");
+
+    const std::string w = "timer 1002 10000";
+    Lines expected = {"send Origin\r\n", w, w, "timer 1001 3000", "send H\r\n", w, "timer 1001 200",
+                      "send pos\r\n"};
+    expected.insert(expected.end(), 10, w);  // "pos", the header, eight ranks
+    for (const char* step :
+         {"timer 1002 10000", "timer 1001 2000", "timer 1002 10000", "send res\r\n"})
+        expected.push_back(step);
+    for (int line = 0; line < 4; ++line) {
+        for (const char* step : {"timer 1002 10000", "timer 1001 200", "send \r\n"})
+            expected.push_back(step);
+    }
+    for (const char* step :
+         {"timer 1002 10000", "kill 1001", "kill 1002", "stopped", "box", "timer 1001 200"})
+        expected.push_back(step);
+    EXPECT_EQ(c.host.log, expected);
+    EXPECT_EQ(c.host.boxes, Lines{"All moves received | Import finished | information"});
+    EXPECT_EQ(c.host.messages.size(), 20u);
+    EXPECT_EQ(c.host.messages[15], "3 moves");
+    EXPECT_EQ(c.host.messages.back(), "Move  2 g1-f3");
+
+    ASSERT_NE(c.import.CurrentGame(), nullptr);
+    Game& game = *c.import.CurrentGame();
+    EXPECT_EQ(c.MainLine(), "e2e4 e7e5 g1f3");
+    EXPECT_FALSE(game.StartPosition().setUp);
+    EXPECT_EQ(game.StartPosition().SideToMove(), kWhite);
+    EXPECT_EQ(game.modified, 1);
+    EXPECT_EQ(game.Current(), &game.StartPosition());
+    EXPECT_EQ(c.import.Step(), 4u);
+    EXPECT_FALSE(c.import.Importing());
+    EXPECT_EQ(c.host.stopped, 1);
+    // Nothing more is asked for once the import has finished.
+    c.Fire(kRequest);
+    EXPECT_EQ(c.host.log.size(), expected.size());
+}
+
+TEST(StarDiamondImport, SetUpPositionsImportWithTheirSideToMoveAndPromotions) {
+    const Lines kingsAndPawn = {".8 .. .. .. .. .. .. .. bk", ".7 WP",
+                                ".2 .. .. .. .. .. .. .. ..  +", ".1 .. .. WK"};
+    const struct {
+        Lines ranks, moves;
+        const char* mainLine;
+        bool setUp;
+        Colour side;
+    } cases[] = {
+        {kStartRanks, {"Replay 2", "Move  1 d2-d4", "Move  1 g8-f6"}, "d2d4 g8f6", false, kWhite},
+        {kingsAndPawn, {"replay 1", "Move 31 a7-a8/Q"}, "a7a8q", true, kWhite},
+        {kingsAndPawn, {"Replay 1", "Move 31 a7-a8/n"}, "a7a8n", true, kWhite},
+        {kingsAndPawn, {"Replay 2", "Move 31 a7-a8", "Move 31 h8-h7"}, "a7a8q h8h7", true, kWhite},
+        {{".8 .. .. .. .. bk", ".2", ".1 .. .. .. .. WK .. .. WR"},
+         {"Replay 1", "Move 40 e8-d8"},
+         "e8d8",
+         true,
+         kBlack},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.mainLine);
+        Computer computer;
+        computer.Run(c.ranks, c.moves);
+        ASSERT_NE(computer.import.CurrentGame(), nullptr);
+        EXPECT_EQ(computer.host.boxes, Lines{"All moves received | Import finished | information"});
+        EXPECT_EQ(computer.MainLine(), c.mainLine);
+        EXPECT_EQ(computer.import.CurrentGame()->StartPosition().setUp, c.setUp);
+        EXPECT_EQ(computer.import.CurrentGame()->StartPosition().SideToMove(), c.side);
+    }
+}
+
+TEST(StarDiamondImport, NoMovesFinishesWithTheReceivedPosition) {
+    const struct {
+        const char* line;
+        const char* count;
+    } cases[] = {{"Replay 0", "0 moves"}, {"REPLAY 0", "0 moves"},  {"replay    0", "0 moves"},
+                 {"RePlay", "0 moves"},   {"Replay x3", "0 moves"}, {"Replay -2", "-2 moves"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.line);
+        Computer computer;
+        computer.Run({".8 .. .. .. .. bk", ".1 .. .. .. .. WK"}, {c.line});
+        EXPECT_EQ(computer.host.messages.back(), c.count);
+        EXPECT_EQ(computer.host.boxes, Lines{"No moves played | Import finished | information"});
+        ASSERT_NE(computer.import.CurrentGame(), nullptr);
+        const Position& start = computer.import.CurrentGame()->StartPosition();
+        EXPECT_EQ(start.FirstContinuation(), nullptr);
+        const std::string text = testing::TextOf(start.Value());
+        EXPECT_EQ(text.substr(0, text.find(' ')), "4k3/8/8/8/8/8/8/4K3");
+        EXPECT_TRUE(start.setUp);
+        EXPECT_EQ(computer.import.CurrentGame()->modified, 1);
+    }
+}
+
+TEST(StarDiamondImport, RankLinesSetTheirSquaresOrStopTheImport) {
+    const struct {
+        const char* line;
+        const char* rank;  // what rank 4 holds afterwards, as position text; null: the line fails
+    } cases[] = {
+        {".4 WP WR WN WB WQ WK bp br", "PRNBQKpr"},
+        {".4 bn bb bq bk", "nbqk4"},
+        {".4 wp BP Wp bP -- .WKWQ bq", "6Qq"},  // codes are exact; only positions 3, 6, ... count
+        {".4 .. .. .. .. .. .. .. W", "8"},     // a square code cut short is empty
+        {". 4   WP", "1P6"},                    // blanks before the number are skipped
+        {".04", "8"},
+        {".9 WP", nullptr},
+        {".0", nullptr},
+        {".-4", nullptr},
+        {".", nullptr},
+        {".x4", nullptr},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.line);
+        Computer computer;
+        computer.Run({".4 bp bp bp bp bp bp bp bp", c.line}, {});
+        if (c.rank != nullptr) {
+            ASSERT_NE(computer.import.CurrentGame(), nullptr);
+            EXPECT_EQ(computer.import.Step(), 3u);
+            const std::string text =
+                testing::TextOf(computer.import.CurrentGame()->StartPosition().Value());
+            EXPECT_EQ(text.substr(0, text.find(' ')), "8/8/8/8/" + std::string(c.rank) + "/8/8/8");
+            EXPECT_TRUE(computer.host.boxes.empty());
+        } else {
+            EXPECT_EQ(computer.import.CurrentGame(), nullptr);
+            EXPECT_FALSE(computer.import.Importing());
+            EXPECT_EQ(computer.host.boxes, Lines{kPositionBox});
+            EXPECT_EQ(computer.host.stopped, 1);
+            EXPECT_EQ(computer.host.log.back(), "box");
+            EXPECT_TRUE(computer.host.armed.empty());
+        }
+    }
+}
+
+// Intended: the side to move is read from the line numbered 2, at position 28, not from rank 1.
+TEST(StarDiamondImport, OnlyTheLineOfRankTwoCarriesTheSideToMove) {
+    const struct {
+        Lines ranks;
+        Colour side;
+    } cases[] = {
+        {{".2 .. .. .. .. .. .. .. ..  +"}, kWhite},
+        {{".2 .. .. .. .. .. .. .. ..  -"}, kBlack},
+        {{".2 .. .. .. .. .. .. .. .. +"}, kBlack},  // '+' at 27
+        {{".2"}, kBlack},
+        {{".1 .. .. .. .. .. .. .. ..  +", ".2"}, kBlack},
+        {{".2 .. .. .. .. .. .. .. ..  +", ".1 .. .. .. .. .. .. .. ..  -"}, kWhite},
+        {{".3 .. .. .. .. .. .. .. ..  -"}, kWhite},  // no rank 2: as the empty board was
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.ranks[0]);
+        Computer computer;
+        computer.Run(c.ranks, {});
+        ASSERT_NE(computer.import.CurrentGame(), nullptr);
+        EXPECT_EQ(computer.import.CurrentGame()->StartPosition().SideToMove(), c.side);
+    }
+}
+
+// Each bad line follows one that is ignored (it does not begin with 'M') but holds a legal move
+// at the places a move is read from, so a line read past its end would play it.
+TEST(StarDiamondImport, UnreadableOrIllegalMovesStopTheImport) {
+    const char* lines[] = {
+        "Move 31 b7-b8/Z", "Move 31 b7-b8/", "Move 31 b7-b8/K", "Move  1 d1-d3", "Move  1 e1-e2",
+        "Move  1 d1-e",    "Move  1 i1-i2",  "Move  1 d0-d1",   "Move  1 d1-d9", "M"};
+    for (const char* line : lines) {
+        SCOPED_TRACE(line);
+        Computer computer;
+        computer.Run({".8 bk", ".7 .. WP", ".1 .. .. .. .. WK"},
+                     {"Replay 2", "Move  1 e1-d1", "Comment d1-e1", line, "Move  2 d1-e1"});
+        EXPECT_EQ(computer.host.boxes, Lines{kMoveBox});
+        EXPECT_EQ(computer.import.CurrentGame(), nullptr);
+        EXPECT_EQ(computer.host.stopped, 1);
+        EXPECT_EQ(computer.host.log.back(), "box");
+        EXPECT_TRUE(computer.host.armed.empty());
+    }
+}
+
+TEST(StarDiamondImport, SilentComputerEndsTheImportUnlessItFinished) {
+    Computer silent;  // nothing after "Origin"
+    silent.import.Start();
+    silent.Fire(kWatchdog);
+    EXPECT_EQ(silent.host.boxes, Lines{kSilentBox});
+    EXPECT_EQ(silent.import.CurrentGame(), nullptr);
+
+    Computer midway;  // silent during the move list
+    midway.Run(kStartRanks, {"Replay 2", "Move  1 e2-e4"});
+    ASSERT_EQ(midway.import.Step(), 3u);
+    midway.Fire(kWatchdog);
+    EXPECT_EQ(midway.host.boxes, Lines{kSilentBox});
+    EXPECT_EQ(midway.import.CurrentGame(), nullptr);
+    EXPECT_EQ(midway.host.stopped, 1);
+    EXPECT_TRUE(midway.host.armed.empty());
+
+    // A finished import keeps its game even when a late line re-arms the watchdog.
+    Computer finished;
+    finished.Run(kStartRanks, {"Replay 1", "Move  1 e2-e4"});
+    finished.Line("Result 1-0");
+    finished.Fire(kWatchdog);
+    EXPECT_EQ(finished.host.boxes, Lines{"All moves received | Import finished | information"});
+    ASSERT_NE(finished.import.CurrentGame(), nullptr);
+    EXPECT_EQ(finished.MainLine(), "e2e4");
+    EXPECT_EQ(finished.host.stopped, 1);
+}
+
+TEST(StarDiamondImport, LinesWithoutAGameOnlyGoToTheMessages) {
+    Computer c;
+    const std::string longLine = "Replay " + std::string(100, '9');
+    for (const std::string& line : {std::string("OK"), std::string(kHeader), longLine})
+        c.Line(line);
+    EXPECT_EQ(c.host.messages, (Lines{"OK", kHeader, longLine.substr(0, 80)}));
+    EXPECT_TRUE(c.host.log.empty());
+
+    c.Run({".9"}, {});  // fails: the game is gone
+    const std::size_t logged = c.host.log.size();
+    c.Line(".8 bk");
+    c.import.OnTimer(kRequest);
+    c.import.OnTimer(kWatchdog);
+    EXPECT_EQ(c.host.log.size(), logged);
+    EXPECT_EQ(c.host.messages.back(), ".8 bk");
+    EXPECT_EQ(c.host.boxes, Lines{kPositionBox});
+}
+
+TEST(StarDiamondImport, StartingAgainBuildsAFreshGame) {
+    Computer c;
+    c.Run(kStartRanks, {"Replay 2", "Move  1 e2-e4", "Move  1 e7-e4"});
+    ASSERT_EQ(c.host.boxes, Lines{kMoveBox});
+    c.Run({".8 bk", ".1 WK"}, {"Replay 1", "Move  1 a1-b2"});
+    ASSERT_NE(c.import.CurrentGame(), nullptr);
+    EXPECT_EQ(c.MainLine(), "a1b2");
+    EXPECT_EQ(testing::TextOf(c.import.CurrentGame()->StartPosition().Value()).substr(0, 19),
+              "k7/8/8/8/8/8/8/K7 w");
+    EXPECT_EQ(c.host.stopped, 2);
+
+    // A new start drops the finished game too, and the dialog can take the one it builds.
+    Game* finished = c.import.CurrentGame();
+    c.import.Start();
+    EXPECT_NE(c.import.CurrentGame(), finished);
+    EXPECT_EQ(c.import.Step(), 0u);
+    EXPECT_EQ(c.host.log.back(), "timer 1002 10000");
+    std::unique_ptr<Game> taken = c.import.TakeGame();
+    EXPECT_NE(taken, nullptr);
+    EXPECT_EQ(c.import.CurrentGame(), nullptr);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -63,6 +63,12 @@ class SerialPort {
     // closed port does nothing.
     void Close(bool wait);
     bool IsOpen() const;
+    // Whether a reader thread was started and has not ended yet. The reader ends when the port
+    // is closed, or by itself when the line fails (the board was unplugged or vanished).
+    bool ReaderRunning() const;
+    // How the last reader ended: 0 when it was stopped by Close, else the system's code of the
+    // failure that ended it. Meaningful once ReaderRunning() is false.
+    unsigned long ReaderResult() const;
 
     class Impl;
 

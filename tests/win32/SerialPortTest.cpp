@@ -1,0 +1,238 @@
+// The Windows serial port under Wine: against the board simulators that the CTest entry
+// velmora_win32_devices links to COM ports (with-simulators.sh; without it those tests skip),
+// and the port list read from the registry.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/SerialPort.h"
+
+namespace velmora::platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+long long MillisecondsSince(Clock::time_point start) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+}
+
+// The COM number with-simulators.sh linked to a simulator, named by an environment variable;
+// 0 when the test runs without simulators.
+int SimulatorPort(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value ? std::atoi(value) : 0;
+}
+
+std::u16string PortName(int number) {
+    const std::string name = "COM" + std::to_string(number) + ":";
+    return std::u16string(name.begin(), name.end());
+}
+
+// Lines handed on by the reader, for the test thread to wait for. The board simulator asks "I"
+// until it is answered; those requests are left out.
+class Lines {
+  public:
+    static void Add(const char* line, void* context) {
+        Lines& lines = *static_cast<Lines*>(context);
+        if (std::string(line) == "I") return;
+        std::lock_guard<std::mutex> lock(lines.mutex_);
+        lines.lines_.push_back(line);
+        lines.changed_.notify_all();
+    }
+    // Waits up to milliseconds until there are count lines; returns all there are.
+    std::vector<std::string> WaitFor(std::size_t count, int milliseconds = 20000) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        changed_.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                          [&] { return lines_.size() >= count; });
+        return lines_;
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<std::string> lines_;
+};
+
+// Opens the port and answers the simulator's "hello" (its "I" requests) with the line the
+// program sends.
+void Connect(SerialPort& port, int number, Lines& received) {
+    unsigned long error = 1;
+    ASSERT_TRUE(port.Open(PortName(number).c_str(), &error)) << "COM" << number << ": " << error;
+    EXPECT_EQ(error, 0u);
+    EXPECT_TRUE(port.Configure(9600, 8, false, 0, 0, 0));
+    ASSERT_TRUE(port.StartReader(Lines::Add, &received));
+    ASSERT_TRUE(port.Write("Velmora 2.1\r\n"));
+}
+
+TEST(SerialPortWine, ExchangesLinesWithTheBoardThenClosesPromptly) {
+    const int number = SimulatorPort("VELMORA_SIM_UCB_COM");
+    if (number == 0)
+        GTEST_SKIP() << "needs the board simulator (CTest entry velmora_win32_devices)";
+    // Under Wine only the device form names ports above 9; Open falls back to it.
+    const std::wstring device = L"\\\\.\\COM" + std::to_wstring(number);
+    HANDLE direct = CreateFileW(device.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(direct, INVALID_HANDLE_VALUE) << GetLastError();
+    CloseHandle(direct);
+
+    SerialPort port;
+    Lines received;
+    Connect(port, number, received);
+    EXPECT_EQ(received.WaitFor(3), (std::vector<std::string>{"Me2e4", "Me7e8/Q", "X"}));
+    // The board answers only once it has read this line whole.
+    ASSERT_TRUE(port.Write("Me7-e5\r\n"));
+    EXPECT_EQ(received.WaitFor(4), (std::vector<std::string>{"Me2e4", "Me7e8/Q", "X", "done"}));
+
+    // The board is silent now: the reader waits, and Close must end it promptly.
+    Sleep(300);
+    ASSERT_TRUE(port.ReaderRunning());
+    const auto start = Clock::now();
+    port.Close(true);
+    const long long closing = MillisecondsSince(start);
+    std::printf("Close took %lld ms\n", closing);
+    EXPECT_LT(closing, 1000);
+    EXPECT_FALSE(port.ReaderRunning());
+    EXPECT_EQ(port.ReaderResult(), 0u);
+    EXPECT_FALSE(port.IsOpen());
+    EXPECT_FALSE(port.Write("late\r\n"));
+
+    // The port can be opened again at once; the board ends its script on this line.
+    ASSERT_TRUE(port.Open(PortName(number).c_str()));
+    EXPECT_TRUE(port.Write("reopened\r\n"));
+    port.Close(true);
+}
+
+TEST(SerialPortWine, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
+    const int number = SimulatorPort("VELMORA_SIM_VANISH_COM");
+    if (number == 0)
+        GTEST_SKIP() << "needs the board simulator (CTest entry velmora_win32_devices)";
+    SerialPort port;
+    Lines received;
+    Connect(port, number, received);
+    EXPECT_EQ(received.WaitFor(1), std::vector<std::string>{"bye"});
+    ASSERT_TRUE(port.Write("ack\r\n"));
+
+    const auto start = Clock::now();
+    while (port.ReaderRunning() && MillisecondsSince(start) < 5000)
+        Sleep(10);
+    std::printf("The reader ended %lld ms after the board was told to vanish, result %lu\n",
+                MillisecondsSince(start), port.ReaderResult());
+    EXPECT_FALSE(port.ReaderRunning());
+    EXPECT_NE(port.ReaderResult(), 0u);
+    EXPECT_TRUE(port.IsOpen());
+    EXPECT_FALSE(port.Write("Me7-e5\r\n"));
+    port.Close(true);
+    EXPECT_FALSE(port.IsOpen());
+}
+
+TEST(SerialPortWine, RefusesMissingAndClosedPorts) {
+    SerialPort port;
+    unsigned long error = 0;
+    EXPECT_FALSE(port.Open(u"COM87:", &error));
+    EXPECT_EQ(error, static_cast<unsigned long>(ERROR_FILE_NOT_FOUND));
+    EXPECT_FALSE(port.IsOpen());
+    EXPECT_FALSE(port.Configure(9600, 8, false, 0, 0, 0));
+    EXPECT_FALSE(port.Write("Me2-e4\r\n"));
+    Lines received;
+    EXPECT_FALSE(port.StartReader(Lines::Add, &received));
+    EXPECT_FALSE(port.ReaderRunning());
+    port.Close(true);
+}
+
+// Registry keys and values made for a test under HKLM, removed again at the end.
+class RegistryFixture {
+  public:
+    ~RegistryFixture() {
+        for (const auto& [path, name] : values_) {
+            HKEY key;
+            if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_SET_VALUE, &key) ==
+                ERROR_SUCCESS) {
+                RegDeleteValueW(key, name.c_str());
+                RegCloseKey(key);
+            }
+        }
+        for (auto tree = trees_.rbegin(); tree != trees_.rend(); ++tree)
+            RegDeleteTreeW(HKEY_LOCAL_MACHINE, tree->c_str());
+    }
+    // Sets a string value, making its key (the first key made below an existing one is
+    // deleted at the end, with everything in it).
+    bool Set(const std::wstring& path, const std::wstring& name, const std::wstring& data) {
+        for (std::size_t end = path.find(L'\\');; end = path.find(L'\\', end + 1)) {
+            const std::wstring part = path.substr(0, end);
+            HKEY probe;
+            if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, part.c_str(), 0, KEY_READ, &probe) ==
+                ERROR_SUCCESS) {
+                RegCloseKey(probe);
+            } else {
+                trees_.push_back(part);
+                break;
+            }
+            if (end == std::wstring::npos) break;
+        }
+        HKEY key;
+        if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr,
+                            &key, nullptr) != ERROR_SUCCESS)
+            return false;
+        values_.emplace_back(path, name);
+        const LONG set = RegSetValueExW(key, name.c_str(), 0, REG_SZ,
+                                        reinterpret_cast<const BYTE*>(data.c_str()),
+                                        static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t)));
+        RegCloseKey(key);
+        return set == ERROR_SUCCESS;
+    }
+
+  private:
+    std::vector<std::wstring> trees_;
+    std::vector<std::pair<std::wstring, std::wstring>> values_;
+};
+
+TEST(SerialPortWine, ListsHandheldDriversThenDesktopPortsOnce) {
+    RegistryFixture registry;
+    const std::wstring active = L"Drivers\\Active\\";
+    const std::wstring drivers = L"Drivers\\VelmoraTest\\";
+    const std::wstring map = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";
+    const struct {
+        std::wstring key, name, value;
+    } kValues[] = {
+        {active + L"VlmT1", L"Name", L"COM71:"},
+        {active + L"VlmT1", L"Key", drivers + L"Serial71"},
+        {drivers + L"Serial71", L"FriendlyName", L"Test cable on COM71"},
+        {drivers + L"Serial71", L"Dll", L"unused.dll"},
+        {active + L"VlmT2", L"Name", L"com72:"},
+        {active + L"VlmT2", L"Key", drivers + L"Serial72"},
+        {drivers + L"Serial72", L"Dll", L"testser.dll"},
+        {active + L"VlmT3", L"Name", L"COM73:"},
+        {active + L"VlmT3", L"Key", drivers + L"Missing"},
+        {active + L"VlmT4", L"Name", L"TCP74:"},
+        {active + L"VlmT5", L"Name", L"COM75"},
+        // Sub-key names of more than 16 characters are not read.
+        {active + L"VelmoraTestLongName", L"Name", L"COM76:"},
+        {map, L"VelmoraTestA", L"COM84"},
+        {map, L"VelmoraTestB", L"COM71"},
+        {map, L"VelmoraTestC", L"LPT3"},
+    };
+    for (const auto& value : kValues)
+        ASSERT_TRUE(registry.Set(value.key, value.name, value.value));
+
+    std::vector<std::pair<std::u16string, int>> listed;
+    for (const SerialPortEntry& entry : ListSerialPorts())
+        if (entry.number >= 71 && entry.number <= 84)
+            listed.emplace_back(entry.label, entry.number);
+    // The handheld's drivers come in the order the registry lists its keys (by name here).
+    const std::vector<std::pair<std::u16string, int>> expected = {{u"Test cable on COM71", 71},
+                                                                  {u"com72: (testser.dll)", 72},
+                                                                  {u"COM73:", 73},
+                                                                  {u"COM84:", 84}};
+    EXPECT_EQ(listed, expected);
+}
+
+}  // namespace
+}  // namespace velmora::platform

@@ -34,9 +34,9 @@ void MakeRaw(termios* settings) {
     settings->c_cc[VTIME] = 0;
 }
 
-// Stop bits: 0 one, 1 one and a half, 2 two; terminals know no one and a half, which is sent
-// as two. Parity: 0 none, 1 odd, 2 even, 3 mark, 4 space (mark and space need CMSPAR). The
-// parity check turns on INPCK.
+// Sets the line. Stop bits: 0 one, 1 one and a half, 2 two; terminals know no one and a half,
+// which is sent as two. Parity: 0 none, 1 odd, 2 even, 3 mark, 4 space (mark and space need
+// CMSPAR). The parity check turns on INPCK.
 bool SetLineSettings(termios* settings, int baudRate, int byteSize, bool parityCheck, int stopBits,
                      int parity, int hardwareFlow) {
     speed_t speed;

@@ -152,7 +152,7 @@ bool SerialPort::Write(const char* text) {
     return WriteFile(impl_->port, text, length, &written, nullptr) && written == length;
 }
 
-// One reader per open port: false when one was started already.
+// Starts the reader thread. One reader per open port: false when one was started already.
 bool SerialPort::StartReader(SerialLineCallback callback, void* context) {
     if (impl_->port == INVALID_HANDLE_VALUE || impl_->thread) return false;
     auto state = std::make_shared<ReaderState>(impl_->port, callback, context);
@@ -218,7 +218,7 @@ bool ReadText(HKEY key, const wchar_t* name, DWORD capacity, std::u16string* tex
     return true;
 }
 
-// The label of an active driver: the FriendlyName of the driver's own key (named by the
+// Returns the label of an active driver: the FriendlyName of the driver's own key (named by the
 // "Key" value) when it has one, else the driver name and its "Dll" in brackets (the name alone
 // when the driver's key cannot be read).
 std::u16string DriverLabel(HKEY active, const std::u16string& name) {

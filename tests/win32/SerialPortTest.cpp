@@ -61,6 +61,21 @@ class Lines {
     std::vector<std::string> lines_;
 };
 
+// Returns the processor time this program used while it slept for milliseconds.
+double CpuSecondsDuring(DWORD milliseconds) {
+    const auto seconds = [] {
+        FILETIME created, ended, kernel, user;
+        GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
+        const auto value = [](const FILETIME& time) {
+            return (static_cast<ULONGLONG>(time.dwHighDateTime) << 32 | time.dwLowDateTime) / 1e7;
+        };
+        return value(kernel) + value(user);
+    };
+    const double before = seconds();
+    Sleep(milliseconds);
+    return seconds() - before;
+}
+
 // Opens the port and answers the simulator's "hello" (its "I" requests) with the line the
 // program sends.
 void Connect(SerialPort& port, int number, Lines& received) {
@@ -91,8 +106,12 @@ TEST(SerialPortWine, ExchangesLinesWithTheBoardThenClosesPromptly) {
     ASSERT_TRUE(port.Write("Me7-e5\r\n"));
     EXPECT_EQ(received.WaitFor(4), (std::vector<std::string>{"Me2e4", "Me7e8/Q", "X", "done"}));
 
-    // The board is silent now: the reader waits, and Close must end it promptly.
-    Sleep(300);
+    // The board is silent now. Under Wine the reader's wait for characters returns at once:
+    // it must wait in its reads instead of spinning.
+    const double busy = CpuSecondsDuring(1000);
+    std::printf("The waiting reader used %.0f ms of processor time in 1 s\n", busy * 1000);
+    EXPECT_LT(busy, 0.2);
+    // Close must end the waiting reader promptly.
     ASSERT_TRUE(port.ReaderRunning());
     const auto start = Clock::now();
     port.Close(true);

@@ -32,6 +32,9 @@ if [ $# -lt 5 ]; then
 fi
 wine_run=$1 prefix=$2 wine=$3 program=$4 simulator_dir=$5
 shift 5
+# Simulators start in another folder: their paths must not be relative.
+mkdir -p "$prefix" && prefix=$(cd "$prefix" && pwd) || exit 1
+simulator_dir=$(cd "$simulator_dir" && pwd) || exit 1
 specs=()
 while [ $# -gt 0 ] && [ "$1" != "--" ]; do
     specs+=("$1")
@@ -44,9 +47,11 @@ logs=$(mktemp -d "${TMPDIR:-/tmp}/velmora-simulators.XXXXXX")
 pids=()
 names=()
 
+# Stops the simulators still running (only running jobs of this shell: a pid that has ended may
+# belong to another program by now).
 stop_simulators() {
     local pid
-    for pid in "${pids[@]}"; do
+    for pid in $(jobs -pr); do
         kill -TERM "$pid" 2>/dev/null
     done
 }

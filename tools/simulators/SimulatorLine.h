@@ -9,6 +9,8 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
@@ -77,6 +79,7 @@ class SimulatorLine {
         }
         cfmakeraw(&settings);
         tcsetattr(slave_, TCSANOW, &settings);
+        if (!HoldAsControllingTerminal(program)) return false;
         if (linkPath) {
             struct stat existing;
             if (lstat(linkPath, &existing) == 0 && !S_ISLNK(existing.st_mode)) {
@@ -155,6 +158,43 @@ class SimulatorLine {
     }
 
   private:
+    // Makes the port the controlling terminal of a helper process that lives as long as the
+    // simulator. Wine's server opens a port without O_NOCTTY and, being a session leader
+    // without one, would take the port as its own controlling terminal: when the simulator ends,
+    // the hang-up would send it SIGHUP (and a Debian wineserver then dumps all its objects on
+    // its error output). A terminal already controlling another session is never taken.
+    bool HoldAsControllingTerminal(const char* program) {
+        int ready[2];
+        if (pipe(ready) != 0) return false;
+        const pid_t parent = getpid();
+        const pid_t helper = fork();
+        if (helper < 0) {
+            fprintf(stderr, "%s: cannot fork: %s\n", program, strerror(errno));
+            return false;
+        }
+        if (helper == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (getppid() != parent) _exit(0);
+            for (int signal : {SIGINT, SIGTERM, SIGHUP})
+                ::signal(signal, SIG_DFL);
+            const int nothing = open("/dev/null", O_RDWR);
+            for (int standard = 0; standard < 3; ++standard)
+                dup2(nothing, standard);
+            close(master_);
+            close(ready[0]);
+            setsid();
+            ioctl(slave_, TIOCSCTTY, 0);
+            (void)!write(ready[1], "", 1);
+            for (;;)
+                pause();
+        }
+        close(ready[1]);
+        char byte;
+        const bool claimed = read(ready[0], &byte, 1) == 1;
+        close(ready[0]);
+        return claimed;
+    }
+
     int master_ = -1;
     int slave_ = -1;
     bool keepEmpty_;

@@ -113,7 +113,8 @@ bool ReadPlacement(const char* placement, char board[8][8]) {
     return rank == 7 && file == 8;
 }
 
-// The position dump: the header line, the ranks 8 to 1 (two-character codes at columns 3, 6,
+// Returns the position dump: the header line, the ranks 8 to 1 (two-character codes at columns 3,
+// 6,
 // ..., 24, "--" for an empty square, the side to move at column 28 of rank 2), the header again.
 std::vector<std::string> PositionLines(const char board[8][8], char side) {
     const std::string header = ".  aa bb cc dd ee ff gg hh";
@@ -141,7 +142,7 @@ std::vector<std::string> PositionLines(const char board[8][8], char side) {
     return lines;
 }
 
-// The n-th move line (from 1): the move from column 8 on.
+// Returns the n-th move line (from 1), with the move from column 8 on.
 std::string MoveLine(int number, const std::string& move) {
     char line[64];
     snprintf(line, sizeof line, "Move%3d %s", number, move.c_str());

@@ -121,6 +121,7 @@ std::string Trimmed(std::string text) {
     return text.substr(start);
 }
 
+// Sends what the person types and shows the board after every move, until the input ends.
 int RunInteractive(SimulatorLine& line) {
     Board board;
     board.Print();
@@ -217,6 +218,7 @@ bool AwaitLine(SimulatorLine& line, std::deque<std::string>& received, const std
     }
 }
 
+// Plays the script; returns the exit code: 0 at its end, 1 when an expectation failed.
 int RunScript(SimulatorLine& line, const std::vector<Command>& script, int timeoutSeconds) {
     std::deque<std::string> received;
     for (const Command& command : script) {

@@ -28,6 +28,7 @@ StarDiamondDialog::StarDiamondDialog()
     : DialogBase(IDD_STAR_DIAMOND, 0, pocketpc::kDoneButton), import_(*this) {}
 
 StarDiamondDialog::~StarDiamondDialog() {
+    closing_ = true;
     port_.Close(true);
 }
 
@@ -47,7 +48,7 @@ BOOL StarDiamondDialog::OnInitDialog() {
 INT_PTR StarDiamondDialog::DialogProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case kLineMessage:
-            if (lParam != 0) import_.OnLine(reinterpret_cast<const char*>(lParam));
+            if (lParam != 0 && !closing_) import_.OnLine(reinterpret_cast<const char*>(lParam));
             return TRUE;
         case WM_TIMER: {
             const int id = static_cast<int>(wParam);
@@ -124,6 +125,7 @@ void StarDiamondDialog::StartImport() {
 // Ends the dialog: with 1 when there is a game to hand over, else with 2. A running import's
 // port is closed first so that no line arrives after the window is gone.
 void StarDiamondDialog::Close() {
+    closing_ = true;
     if (import_.Importing()) {
         port_.Close(true);
         openPort_ = -1;

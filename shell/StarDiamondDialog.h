@@ -49,6 +49,8 @@ class StarDiamondDialog : public DialogBase, private StarDiamondHost {
     int openPort_ = -1;
     StarDiamondImport import_;
     HCURSOR savedCursor_ = nullptr;
+    // Set once the dialog ends: lines still arriving are not acted on.
+    bool closing_ = false;
 };
 
 // Runs the import over owner. Returns true with the game when one was imported.

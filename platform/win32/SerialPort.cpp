@@ -22,6 +22,27 @@ namespace {
 constexpr DWORD kReadWaitMilliseconds = 200;
 
 // What the reader thread and the port object share.
+constexpr DWORD kReaderWaitMilliseconds = 10000;
+
+// Waits up to milliseconds for the reader thread to end. Messages that other threads send to
+// this thread's windows are handled meanwhile: a reader handing over a line waits for this
+// thread, which would otherwise wait for the reader until the time is up. Returns whether the
+// thread ended.
+bool WaitForReader(HANDLE thread, DWORD milliseconds) {
+    const DWORD start = GetTickCount();
+    for (;;) {
+        const DWORD elapsed = GetTickCount() - start;
+        if (elapsed >= milliseconds) break;
+        const DWORD woken =
+            MsgWaitForMultipleObjects(1, &thread, FALSE, milliseconds - elapsed, QS_SENDMESSAGE);
+        if (woken == WAIT_OBJECT_0) return true;
+        if (woken != WAIT_OBJECT_0 + 1) break;
+        MSG message;
+        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    }
+    return WaitForSingleObject(thread, 0) == WAIT_OBJECT_0;
+}
+
 struct ReaderState {
     ReaderState(HANDLE port, SerialLineCallback callback, void* context)
         : port(port), cutter(callback, context) {}
@@ -176,7 +197,7 @@ void SerialPort::Close(bool wait) {
         impl_->port = INVALID_HANDLE_VALUE;
     }
     if (wait && impl_->thread) {
-        WaitForSingleObject(impl_->thread, 10000);
+        WaitForReader(impl_->thread, kReaderWaitMilliseconds);
         DWORD code = 0;
         if (GetExitCodeThread(impl_->thread, &code) && code != STILL_ACTIVE)
             impl_->lastResult = code;

@@ -385,7 +385,9 @@ TEST_F(GameWindowCommandsTest, EveryCommandOfTheGameWindowDoesItsWorkOrIsDisable
     }
     // The large clocks wait for a clock to run.
     for (const Command& command : commands) {
-        if (command.id == ID_LARGE_CLOCKS) EXPECT_FALSE(command.enabled) << command.id;
+        if (command.id == ID_LARGE_CLOCKS) {
+            EXPECT_FALSE(command.enabled) << command.id;
+        }
     }
 }
 

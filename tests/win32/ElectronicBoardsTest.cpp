@@ -9,6 +9,7 @@
 #include "TestFiles.h"
 #include "game/GameIndex.h"
 #include "game/MoveTree.h"
+#include "game/PgnParser.h"
 #include "game/PgnSave.h"
 #include "gamewindow/BoardView.h"
 #include "resources/resource.h"
@@ -55,14 +56,17 @@ int CountMoves(Game& game) {
 class ElectronicBoardsTest : public GuiTest {
   protected:
     // Chooses "Connect UCB" and answers "Select serial port" with the port typed in its box,
-    // photographing the dialog once.
-    void ConnectBoard(BoardView& view, int port, bool photograph) {
+    // photographing the dialog once; then answers the message box titled boxCaption, if given.
+    void ConnectBoard(BoardView& view, int port, bool photograph,
+                      const std::wstring& boxCaption = L"",
+                      std::function<void(HWND)> onBox = nullptr) {
         WhenPopup(Titled(L"Select serial port"), [=](HWND dialog) {
             HWND combo = GetDlgItem(dialog, IDC_PORT_LIST);
             SetWindowTextW(combo, PortText(port).c_str());
             if (photograph) PhotographBothWays(dialog, L"select-serial-port");
             PressButton(dialog, IDOK);
         });
+        if (onBox) WhenPopup(Titled(boxCaption), onBox);
         SendMessageW(view.Window(), WM_COMMAND, ID_CONNECT_UCB, 0);
         popupActions.clear();
     }
@@ -77,13 +81,12 @@ TEST_F(ElectronicBoardsTest, APortThatCannotBeOpenedIsReported) {
     bool connected = true;
     WhenModal([&] {
         HWND window = view.Window();
-        WhenPopup(Titled(L"Unable to connect UCB"), [&](HWND box) {
+        ConnectBoard(view, 199, false, L"Unable to connect UCB", [&](HWND box) {
             boxText = BoxText(box);
             boxCaption = WindowText(box);
             PhotographBothWays(window, L"unable-to-open-port");
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
-        ConnectBoard(view, 199, false);
         connected = view.ChessboardConnected();
         MoveByTaps(view, "e2", "e4");
         game.modified = 0;
@@ -116,14 +119,13 @@ TEST_F(ElectronicBoardsTest, PlaysMovesBothWaysWithTheSimulatedBoard) {
         afterE4 = PumpUntil([&] { return MainLine(game) == "e2e4"; }, 20);
         MoveByTaps(view, "e7", "e5");
         afterNf3 = PumpUntil([&] { return MainLine(game) == "e2e4 e7e5 g1f3"; }, 20);
-        const std::int32_t before = view.Clock().Remaining(0);
         MoveByTaps(view, "b8", "c6");
         // The board asks for the position after 2... Nc6 and then says goodbye with "X".
         PumpUntil([&] { return WindowText(view.CommentPane()) == L"X"; }, 20);
         shownLine = WindowText(view.CommentPane());
+        // The clock runs with the link, for the side to move: White after 2... Nc6.
         SendMessageW(window, WM_TIMER, 1, 0);
-        SendMessageW(window, WM_TIMER, 1, 0);
-        clockRan = view.Clock().Remaining(0) != before;
+        clockRan = view.Clock().IsRunning(kClockWhite);
         Repaint(window);
         EXPECT_TRUE(test::SaveWindowShot(window, L"board-connected-portrait"));
         game.modified = 0;

@@ -115,15 +115,15 @@ TEST_F(MoveTree, PreviousInNotationLooksIntoVariationsOfAContinuation) {
     EXPECT_EQ(h->PreviousInNotation(), n);
 }
 
-TEST_F(MoveTree, VariationStartIsTheMainLineMoveBranchedFrom) {
-    const std::pair<MoveNode*, MoveNode*> cases[] = {{a, nullptr}, {d, nullptr}, {e, a}, {g, a},
-                                                     {j, f},       {k, f},       {m, i}, {l, b}};
-    for (const auto& [node, start] : cases)
-        EXPECT_EQ(node->VariationStart(), start);
-}
-
-// Promoting 1... d5 makes 1. d4 the main line; the old main line becomes its first alternative.
+// Promoting a main-line move changes nothing. Promoting 1... d5 makes 1. d4 the main line; the
+// old main line becomes its first alternative.
 TEST_F(MoveTree, PromoteLineSwapsTheVariationIn) {
+    c->PromoteLine();
+    d->PromoteLine();
+    EXPECT_EQ(root.FirstContinuation(), a);
+    EXPECT_EQ(a->nextAlternative, e);
+    EXPECT_EQ(b->nextAlternative, l);
+    ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {j, 2}, {l, 1}});
     f->PromoteLine();
     EXPECT_EQ(root.FirstContinuation(), e);
     EXPECT_EQ(e->nextAlternative, a);
@@ -135,16 +135,6 @@ TEST_F(MoveTree, PromoteLineSwapsTheVariationIn) {
     EXPECT_EQ(e->positionAfter->FirstContinuation(), j);
     EXPECT_EQ(j->nextAlternative, f);
     EXPECT_EQ(ExpectConsistent(&root), 13);
-}
-
-TEST_F(MoveTree, PromoteLineOnTheMainLineChangesNothing) {
-    c->PromoteLine();
-    d->PromoteLine();
-    EXPECT_EQ(root.FirstContinuation(), a);
-    EXPECT_EQ(a->nextAlternative, e);
-    EXPECT_EQ(b->nextAlternative, l);
-    EXPECT_EQ(ExpectConsistent(&root), 13);
-    ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {j, 2}, {l, 1}});
 }
 
 int chooserCalls = 0;
@@ -159,11 +149,7 @@ TEST(TreePosition, PlayMoveRecordsTheMoveOnItsNode) {
     Position root;
     ASSERT_TRUE(root.SetFromText(u"4k3/3p4/8/4P3/8/8/8/4K2R b K - 0 1"));
     Position* taken = Play(Play(&root, "d7d5"), "e5d6");
-    PieceCode code = 0;
-    Square square = 99;
-    ASSERT_TRUE(taken->ArrivalNode()->GetCapture(&code, &square));
-    EXPECT_EQ(std::pair(code, square), std::pair(PieceCode(kBlack + kPawn), Sq("d6")));
-    EXPECT_FALSE(root.FirstContinuation()->GetCapture(&code, &square));
+    EXPECT_EQ(taken->GetSquare(Sq("d5")), 0);  // taken en passant
     MoveNode* castled = Play(Play(taken, "e8f7"), "e1g1")->ArrivalNode();
     EXPECT_EQ(castled->castlingKind, 1);
     EXPECT_TRUE(castled->givesCheck);  // the rook gives it from f1

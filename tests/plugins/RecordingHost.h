@@ -81,18 +81,6 @@ class RecordingHost final : public HostCallbacks {
         });
     }
 
-    // Waits until count calls have come, or timeoutMs has passed; returns them all.
-    std::vector<std::string> WaitForCount(std::size_t count, int timeoutMs = 2000) {
-        std::unique_lock<std::mutex> lock(mutex_);
-        changed_.wait_for(lock, std::chrono::milliseconds(timeoutMs),
-                          [&] { return calls_.size() >= count; });
-        return calls_;
-    }
-    void Clear() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        calls_.clear();
-    }
-
   private:
     void Record(std::string call) {
         std::lock_guard<std::mutex> lock(mutex_);

@@ -7,6 +7,9 @@
 
 #include <commctrl.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "models/BoardLayout.h"
 #include "resources/resource.h"
 
@@ -31,17 +34,24 @@ HWND DialogWithControl(DWORD processId, int id) {
                          [&](HWND window) { return GetDlgItem(window, id) != nullptr; });
 }
 
+// Sends a message to a window of the program, giving up after five seconds if it hangs.
+LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    DWORD_PTR result = 0;
+    SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, 5000, &result);
+    return static_cast<LRESULT>(result);
+}
+
+void SetText(HWND dialog, int id, const wchar_t* text) {
+    Send(GetDlgItem(dialog, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+}
+
 std::vector<std::wstring> NotationRows(HWND gameWindow) {
     HWND list = GetDlgItem(gameWindow, kNotationId);
-    std::vector<std::wstring> rows;
-    DWORD_PTR count = 0;
-    SendMessageTimeoutW(list, LB_GETCOUNT, 0, 0, SMTO_ABORTIFHUNG, 5000, &count);
-    for (DWORD_PTR row = 0; row < count; ++row) {
+    std::vector<std::wstring> rows(std::max<LRESULT>(Send(list, LB_GETCOUNT, 0, 0), 0));
+    for (std::size_t row = 0; row < rows.size(); ++row) {
         wchar_t text[128] = {};
-        DWORD_PTR ignored = 0;
-        SendMessageTimeoutW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
-                            5000, &ignored);
-        rows.push_back(text);
+        Send(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
+        rows[row] = text;
     }
     return rows;
 }
@@ -88,25 +98,9 @@ void Command(HWND window, int id) {
     PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
 }
 
-std::string ReadBytes(const std::wstring& path) {
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                              nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return {};
-    std::string bytes;
-    char block[4096];
-    DWORD got = 0;
-    while (ReadFile(file, block, sizeof block, &got, nullptr) && got > 0)
-        bytes.append(block, got);
-    CloseHandle(file);
-    return bytes;
-}
-
-void WriteBytes(const std::wstring& path, const std::string& bytes) {
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    DWORD written = 0;
-    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    CloseHandle(file);
+std::string ReadBytes(const std::wstring& path) {  // "" while the file is missing
+    std::ifstream in(std::filesystem::path(path), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 // Runs velmora-pgn with arguments and returns what it printed.
@@ -212,9 +206,7 @@ class EditingEndToEnd : public EndToEnd {
         ASSERT_NE(picker, nullptr) << "no file picker";
         HWND name = GetDlgItem(picker, 0x47C) != nullptr ? GetDlgItem(picker, 0x47C)
                                                          : GetDlgItem(picker, 0x480);
-        DWORD_PTR ignored = 0;
-        SendMessageTimeoutW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()),
-                            SMTO_ABORTIFHUNG, 5000, &ignored);
+        Send(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
         Command(picker, IDOK);
         created_.push_back(path);
     }
@@ -252,9 +244,7 @@ TEST_F(EditingEndToEnd, EntersAndAnnotatesAGameSavesItAsANewFileAndAppendsASecon
     Command(game, ID_PREVIOUS_MOVE);
     newLine = TapIntoDialog(program, game, "b1", "c3", L"New line");
     ASSERT_NE(newLine, nullptr);
-    DWORD_PTR ignored = 0;
-    SendMessageTimeoutW(GetDlgItem(newLine, IDC_OTHER_MOVES), LB_SETCURSEL, 1, 0, SMTO_ABORTIFHUNG,
-                        5000, &ignored);
+    Send(GetDlgItem(newLine, IDC_OTHER_MOVES), LB_SETCURSEL, 1, 0);
     Command(newLine, IDC_NEW_LINE_REPLACE);
     EXPECT_TRUE(WaitUntil(program, [&] {
         const auto rows = NotationRows(game);
@@ -268,9 +258,7 @@ TEST_F(EditingEndToEnd, EntersAndAnnotatesAGameSavesItAsANewFileAndAppendsASecon
     HWND comment =
         WaitFor(program, [&] { return DialogWithControl(program.id, IDC_COMMENT_TEXT); });
     ASSERT_NE(comment, nullptr) << "no comment editor";
-    SendMessageTimeoutW(GetDlgItem(comment, IDC_COMMENT_TEXT), WM_SETTEXT, 0,
-                        reinterpret_cast<LPARAM>(L"A quieter try"), SMTO_ABORTIFHUNG, 5000,
-                        &ignored);
+    SetText(comment, IDC_COMMENT_TEXT, L"A quieter try");
     Command(comment, ID_COMMENT_CLOSE);
     EXPECT_TRUE(WaitUntil(program, [&] { return !IsWindow(comment); }));
     Command(game, ID_PROMOTE_LINE);
@@ -292,20 +280,14 @@ TEST_F(EditingEndToEnd, EntersAndAnnotatesAGameSavesItAsANewFileAndAppendsASecon
     Command(game, ID_EDIT_HEADERS);
     HWND headers = WaitFor(program, [&] { return DialogWithControl(program.id, IDC_HEADER_MORE); });
     ASSERT_NE(headers, nullptr) << "no headers dialog";
-    for (auto [id, text] :
-         {std::pair{IDC_HEADER_WHITE, L"Anna Test"}, std::pair{IDC_HEADER_BLACK, L"Boris Test"},
-          std::pair{IDC_HEADER_EVENT, L"Club night"}}) {
-        SendMessageTimeoutW(GetDlgItem(headers, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text),
-                            SMTO_ABORTIFHUNG, 5000, &ignored);
-    }
+    SetText(headers, IDC_HEADER_WHITE, L"Anna Test");
+    SetText(headers, IDC_HEADER_BLACK, L"Boris Test");
+    SetText(headers, IDC_HEADER_EVENT, L"Club night");
     Command(headers, IDC_HEADER_MORE);
     HWND tags = WaitFor(program, [&] { return DialogWithControl(program.id, IDC_TAG_SET); });
     ASSERT_NE(tags, nullptr) << "no tags dialog";
-    SendMessageTimeoutW(GetDlgItem(tags, IDC_TAG_NAME), WM_SETTEXT, 0,
-                        reinterpret_cast<LPARAM>(L"Annotator"), SMTO_ABORTIFHUNG, 5000, &ignored);
-    SendMessageTimeoutW(GetDlgItem(tags, IDC_TAG_VALUE), WM_SETTEXT, 0,
-                        reinterpret_cast<LPARAM>(L"Velmora tester"), SMTO_ABORTIFHUNG, 5000,
-                        &ignored);
+    SetText(tags, IDC_TAG_NAME, L"Annotator");
+    SetText(tags, IDC_TAG_VALUE, L"Velmora tester");
     Command(tags, IDC_TAG_SET);
     Photograph(tags, L"e2e-tags");
     Command(tags, IDOK);
@@ -398,10 +380,8 @@ TEST_F(EditingEndToEnd, SavesInPlaceAmongOtherGamesAndNeverOverAnotherProgramsCh
     ASSERT_NE(list, nullptr) << "no game list";
     // A tap on the second row chooses the second game: rows are 13 to 20 pixels high.
     HWND rows = GetDlgItem(list, 1000);
-    DWORD_PTR header = 0;
-    SendMessageTimeoutW(rows, LVM_GETHEADER, 0, 0, SMTO_ABORTIFHUNG, 5000, &header);
     RECT headerRect{};
-    GetWindowRect(reinterpret_cast<HWND>(header), &headerRect);
+    GetWindowRect(reinterpret_cast<HWND>(Send(rows, LVM_GETHEADER, 0, 0)), &headerRect);
     ClickAt(headerRect.left + 30, headerRect.bottom + 24);
     HWND game = WaitFor(program, [&] { return GameWindowOf(program.id); });
     ASSERT_NE(game, nullptr) << "no game window for the second game";
@@ -421,7 +401,7 @@ TEST_F(EditingEndToEnd, SavesInPlaceAmongOtherGamesAndNeverOverAnotherProgramsCh
     // Another program changes the second game; the next save must not splice over it.
     std::string changed = saved;
     changed.replace(changed.find("Dupont"), 6, "Dupond");
-    WriteBytes(pgnPath_, changed);
+    std::ofstream(std::filesystem::path(pgnPath_), std::ios::binary) << changed;
     Command(game, ID_EVAL_BLACK_WINNING);
     Command(game, ID_SAVE);
     const std::wstring warning =

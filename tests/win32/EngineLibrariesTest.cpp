@@ -12,18 +12,14 @@
 #include "engine/PluginInterface.h"
 #include "plugins/RecordingHost.h"
 #include "plugins/common/EngineMenu.h"
+#include "win32/ProgramDriver.h"
 
 namespace velmora::plugin {
 namespace {
 
 using testing::RecordingHost;
 
-std::wstring WindowsPath(const char* path) {
-    std::wstring wide(path, path + std::char_traits<char>::length(path));
-    for (wchar_t& c : wide)
-        if (c == L'/') c = L'\\';
-    return wide;
-}
+using e2e::WindowsPath;
 
 std::string Narrow(const std::wstring& text) {
     return std::string(text.begin(), text.end());

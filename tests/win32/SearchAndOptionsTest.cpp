@@ -5,6 +5,9 @@
 
 #include <prsht.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "game/Game.h"
 #include "game/GameListOrder.h"
 #include "game/GameSearch.h"
@@ -28,14 +31,10 @@ using platform::win32::FromWin32;
 // found them, else the test data.
 std::wstring SearchFolder() {
 #ifdef VELMORA_SHARED_DATA_DIR
-    std::string folder = VELMORA_SHARED_DATA_DIR;
+    return e2e::WindowsPath(VELMORA_SHARED_DATA_DIR "/");
 #else
-    std::string folder = VELMORA_TEST_DATA_DIR;
+    return e2e::WindowsPath(VELMORA_TEST_DATA_DIR "/");
 #endif
-    std::wstring wide(folder.begin(), folder.end());
-    for (wchar_t& c : wide)
-        if (c == L'/') c = L'\\';
-    return wide + L"\\";
 }
 
 std::vector<std::u16string> PgnFilesOf(const std::wstring& folder) {
@@ -59,11 +58,6 @@ std::unique_ptr<GameSearchResults> SearchDirectly(const SearchCriteria& criteria
 
 std::function<bool(HWND)> HasControl(int id) {
     return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
-}
-
-void Click(HWND dialog, int id) {
-    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
-                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
 }
 
 void Type(HWND dialog, int id, const wchar_t* text) {
@@ -115,7 +109,7 @@ TEST_F(SearchAndOptionsTest, NameSearchListsTheGamesFoundAndOpensTheOneChosen) {
         Type(dialog, IDC_SEARCH_BLACK, L"@e");
         Repaint(dialog);
         EXPECT_TRUE(test::SaveWindowShot(dialog, L"search-by-name"));
-        Click(dialog, IDC_SEARCH_RUN);
+        PressButton(dialog, IDC_SEARCH_RUN);
     });
     WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
         listedWhites = ListViewColumn(GetDlgItem(list, IDC_GAME_LIST), 0);
@@ -177,37 +171,37 @@ TEST_F(SearchAndOptionsTest, PositionAndMaterialSearchesFindWhatTheSearchFinds) 
         SendMessageW(setup, WM_LBUTTONDOWN, MK_LBUTTON,
                      MAKELPARAM(3 + 19 * file + 9, 3 + 19 * (7 - rank) + 9));
     };
-    WhenPopup(Titled(L"Game search"), [&](HWND search) { Click(search, IDC_EDIT_POSITION); });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) { PressButton(search, IDC_EDIT_POSITION); });
     WhenPopup(Titled(L"Setup board"), [&](HWND setup) {
         tapSquare(setup, 4, 1);  // the white pawn of e2 goes
         tapSquare(setup, 4, 3);  // and stands on e4
-        Click(setup, IDC_SETUP_BLACK_PAWN);
+        PressButton(setup, IDC_SETUP_BLACK_PAWN);
         tapSquare(setup, 4, 6);
         tapSquare(setup, 4, 4);
         Repaint(setup);
         EXPECT_TRUE(test::SaveWindowShot(setup, L"search-position-editor"));
-        Click(setup, IDOK);
+        PressButton(setup, IDOK);
     });
     WhenPopup(Titled(L"Game search"), [&](HWND search) {
         positionChecked = IsDlgButtonChecked(search, IDC_SEARCH_POSITION) == BST_CHECKED;
-        Click(search, IDC_SEARCH_RUN);
+        PressButton(search, IDC_SEARCH_RUN);
     });
     WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
         positionListed = ListView_GetItemCount(GetDlgItem(list, IDC_GAME_LIST));
         SendMessageW(list, WM_COMMAND, IDOK, 0);
     });
-    WhenPopup(Titled(L"Game search"), [&](HWND search) { Click(search, IDC_EDIT_MATERIAL); });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) { PressButton(search, IDC_EDIT_MATERIAL); });
     WhenPopup(Titled(L"Material"), [&](HWND editor) {
         SetDlgItemInt(editor, IDC_WANTED_FIRST + 4, 0, FALSE);      // no white queen
         SetDlgItemInt(editor, IDC_WANTED_FIRST + 5 + 4, 0, FALSE);  // nor a black one
         Repaint(editor);
         EXPECT_TRUE(test::SaveWindowShot(editor, L"search-material-editor"));
-        Click(editor, IDOK);
+        PressButton(editor, IDOK);
     });
     WhenPopup(Titled(L"Game search"), [&](HWND search) {
         // A search looks for a position or a material balance: choosing one drops the other.
         materialUnchecked = IsDlgButtonChecked(search, IDC_SEARCH_POSITION) != BST_CHECKED;
-        Click(search, IDC_SEARCH_RUN);
+        PressButton(search, IDC_SEARCH_RUN);
     });
     WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
         materialListed = ListView_GetItemCount(GetDlgItem(list, IDC_GAME_LIST));
@@ -229,20 +223,20 @@ TEST_F(SearchAndOptionsTest, MessagesForNoCriteriaTheEcoWarningAndNothingFound) 
     std::wstring noCriteria, ecoWarning, nothingFound;
     WhenPopup(Titled(L"Game search"), [&](HWND search) {
         SendDlgItemMessageW(search, IDC_SEARCH_RESULT, CB_SETCURSEL, 1, 0);  // "1-0" alone
-        Click(search, IDC_SEARCH_RUN);
+        PressButton(search, IDC_SEARCH_RUN);
     });
     WhenPopup(Titled(L"Game search"), [&](HWND box) {
         noCriteria = e2e::MessageText(box);
         SendMessageW(box, WM_COMMAND, IDOK, 0);
     });
-    WhenPopup(Titled(L"Game search"), [&](HWND search) { Click(search, IDC_ECO_WARNING); });
+    WhenPopup(Titled(L"Game search"), [&](HWND search) { PressButton(search, IDC_ECO_WARNING); });
     WhenPopup(Titled(L"ECO Warning"), [&](HWND box) {
         ecoWarning = e2e::MessageText(box);
         SendMessageW(box, WM_COMMAND, IDOK, 0);
     });
     WhenPopup(Titled(L"Game search"), [&](HWND search) {
         Type(search, IDC_SEARCH_WHITE, L"adam, paul");  // exact names keep their case
-        Click(search, IDC_SEARCH_RUN);
+        PressButton(search, IDC_SEARCH_RUN);
     });
     WhenPopup(Titled(L"Search game"), [&](HWND box) {
         nothingFound = e2e::MessageText(box);
@@ -264,23 +258,15 @@ TEST_F(SearchAndOptionsTest, MessagesForNoCriteriaTheEcoWarningAndNothingFound) 
 
 // A file of many games, so that a search over it lasts long enough to be stopped.
 std::u16string ManyGamesFile() {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    const std::wstring path = std::wstring(temp) + L"velmora-many-games.pgn";
-    HANDLE source = CreateFileW(DataPath(L"game-list-sorting.pgn").c_str(), GENERIC_READ,
-                                FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    std::string text(GetFileSize(source, nullptr), '\0');
-    DWORD read = 0;
-    ReadFile(source, text.data(), static_cast<DWORD>(text.size()), &read, nullptr);
-    CloseHandle(source);
-    HANDLE target = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    for (int copy = 0; copy < 5000; ++copy) {
-        DWORD written = 0;
-        WriteFile(target, text.data(), read, &written, nullptr);
-        WriteFile(target, "\r\n", 2, &written, nullptr);
-    }
-    CloseHandle(target);
-    return FromWin32(path);
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() / "velmora-many-games.pgn";
+    std::ifstream source(std::filesystem::path(DataPath(L"game-list-sorting.pgn")),
+                         std::ios::binary);
+    const std::string text(std::istreambuf_iterator<char>(source), {});
+    std::ofstream target(path, std::ios::binary);
+    for (int copy = 0; copy < 5000; ++copy)
+        target << text << "\r\n";
+    return path.u16string();
 }
 
 TEST_F(SearchAndOptionsTest, StopEndsTheSearchAndOffersTheGamesFoundSoFar) {
@@ -300,7 +286,7 @@ TEST_F(SearchAndOptionsTest, StopEndsTheSearchAndOffersTheGamesFoundSoFar) {
     int listed = -1;
     WhenPopup(Titled(L"Game search"), [&](HWND search) {
         Type(search, IDC_SEARCH_WHITE, L"@a");
-        Click(search, IDC_SEARCH_RUN);
+        PressButton(search, IDC_SEARCH_RUN);
     });
     // Runs from inside the search, once it has read its first file: the dialog keeps
     // answering while it looks.
@@ -316,7 +302,7 @@ TEST_F(SearchAndOptionsTest, StopEndsTheSearchAndOffersTheGamesFoundSoFar) {
             fileShown = WindowText(GetDlgItem(search, IDC_FILE_NAME));
             Repaint(search);
             EXPECT_TRUE(test::SaveWindowShot(search, L"search-running"));
-            Click(search, IDC_SEARCH_RUN);
+            PressButton(search, IDC_SEARCH_RUN);
         });
     WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
         listed = ListView_GetItemCount(GetDlgItem(list, IDC_GAME_LIST));
@@ -410,7 +396,7 @@ TEST_F(SearchAndOptionsTest, OptionsAreStoredOnOkAndKeptInMemoryOnCancel) {
         SendDlgItemMessageW(display, IDC_LAYOUT, CB_SETCURSEL, 1, 0);  // code 4
         HWND colors = ShowPage(sheet, 2);
         Type(colors, IDC_WHITE_RED, L"7");
-        Click(colors, IDC_COLORS_RESTORE);
+        PressButton(colors, IDC_COLORS_RESTORE);
         restored = WindowText(GetDlgItem(colors, IDC_WHITE_RED));
         Type(colors, IDC_SELECT_BLUE, L"1");
         Press(sheet, PSBTN_CANCEL);
@@ -444,7 +430,6 @@ TEST_F(SearchAndOptionsTest, GameWindowFollowsTheLayoutAndPieceSetChosen) {
     ASSERT_TRUE(LoadGame(game, nullptr, index.At(0).Offset(), index.Count()).Ok());
     BoardView view(game);
     bool listBefore = false, listAfter = true;
-    RECT boardBefore{}, boardAfter{};
     WhenPopup(HasControl(2000), [&](HWND board) {
         Repaint(board);
         listBefore = IsWindowVisible(GetDlgItem(board, 2000)) != 0;

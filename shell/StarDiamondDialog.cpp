@@ -134,7 +134,7 @@ void StarDiamondDialog::Close() {
 }
 
 // Stretches the messages list to the dialog's width, less its left margin on both sides, and
-// down to just above the bottom (or the bar there).
+// down to just above the bar at the bottom.
 void StarDiamondDialog::StretchMessages() {
     HWND list = GetDlgItem(window_, IDC_STAR_DIAMOND_MESSAGES);
     if (list == nullptr) return;
@@ -143,13 +143,8 @@ void StarDiamondDialog::StretchMessages() {
     RECT box{};
     GetWindowRect(list, &box);
     MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&box), 2);
-    int bottom = client.bottom - kBottomMargin;
-    if (menuBar_ != nullptr && IsWindowVisible(menuBar_)) {
-        RECT bar{};
-        GetWindowRect(menuBar_, &bar);
-        MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&bar), 2);
-        if (bar.top > box.top && bar.top < client.bottom) bottom = bar.top - kBottomMargin;
-    }
+    // The bar with "OK" lies along the bottom of the dialog.
+    const int bottom = client.bottom - pocketpc::MenuBarHeight(menuBar_) - kBottomMargin;
     const int width = client.right - 2 * box.left;
     MoveWindow(list, box.left, box.top, width > 0 ? width : 0,
                bottom > box.top ? bottom - box.top : 0, TRUE);

@@ -66,7 +66,15 @@ class ElectronicBoardsTest : public GuiTest {
             if (photograph) PhotographBothWays(dialog, L"select-serial-port");
             PressButton(dialog, IDOK);
         });
-        if (onBox) WhenPopup(Titled(boxCaption), onBox);
+        if (onBox) {
+            WhenPopup(Titled(boxCaption), onBox);
+        } else {
+            // A port that does not open fails the test instead of leaving its box up.
+            WhenPopup(Titled(L"Unable to connect UCB"), [](HWND box) {
+                ADD_FAILURE() << "the port did not open";
+                SendMessageW(box, WM_COMMAND, IDOK, 0);
+            });
+        }
         SendMessageW(view.Window(), WM_COMMAND, ID_CONNECT_UCB, 0);
         popupActions.clear();
     }
@@ -84,7 +92,7 @@ TEST_F(ElectronicBoardsTest, APortThatCannotBeOpenedIsReported) {
         ConnectBoard(view, 199, false, L"Unable to connect UCB", [&](HWND box) {
             boxText = BoxText(box);
             boxCaption = WindowText(box);
-            PhotographBothWays(window, L"unable-to-open-port");
+            PhotographBothWays(box, L"unable-to-open-port");
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
         connected = view.ChessboardConnected();
@@ -126,8 +134,7 @@ TEST_F(ElectronicBoardsTest, PlaysMovesBothWaysWithTheSimulatedBoard) {
         // The clock runs with the link, for the side to move: White after 2... Nc6.
         SendMessageW(window, WM_TIMER, 1, 0);
         clockRan = view.Clock().IsRunning(kClockWhite);
-        Repaint(window);
-        EXPECT_TRUE(test::SaveWindowShot(window, L"board-connected-portrait"));
+        PhotographBothWays(window, L"board-connected");
         game.modified = 0;
         SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
     });
@@ -167,7 +174,7 @@ TEST_F(ElectronicBoardsTest, ABoardThatVanishesIsReportedAndTheGameIsKept) {
         WhenPopup(Titled(L"Communication error"), [&](HWND box) {
             boxText = BoxText(box);
             boxCaption = WindowText(box);
-            PhotographBothWays(window, L"board-link-lost");
+            PhotographBothWays(box, L"board-link-lost");
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
         PumpUntil([&] { return !popupActions.empty(); }, 1);
@@ -205,11 +212,12 @@ ImportRun RunImport(HWND frame, int port, const std::wstring& shotName) {
                   [&](HWND box) {
                       run.boxText = BoxText(box);
                       run.boxCaption = WindowText(box);
-                      if (!shotName.empty()) PhotographBothWays(window, shotName);
+                      PhotographBothWays(box, shotName + L"-message");
                       SendMessageW(box, WM_COMMAND, IDOK, 0);
                   });
         PumpUntil([&] { return !run.boxText.empty(); }, 40);
         popupActions.clear();
+        PhotographBothWays(window, shotName);
         run.messages = ListBoxRows(GetDlgItem(window, IDC_STAR_DIAMOND_MESSAGES));
         run.importEnabledAfter = IsWindowEnabled(GetDlgItem(window, IDC_STAR_DIAMOND_IMPORT));
         PressButton(window, IDOK);
@@ -231,7 +239,7 @@ TEST_F(ElectronicBoardsTest, TheImportDialogReportsAPortThatCannotBeOpened) {
         WhenPopup(Titled(L"Unable to import game"), [&](HWND box) {
             boxText = BoxText(box);
             boxCaption = WindowText(box);
-            PhotographBothWays(window, L"unable-to-open-com-port");
+            PhotographBothWays(box, L"unable-to-open-com-port");
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
         PressButton(window, IDC_STAR_DIAMOND_CONNECT);

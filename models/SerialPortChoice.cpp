@@ -15,8 +15,9 @@ char16_t Upper(char16_t c) {
 
 }  // namespace
 
-// Accepts an optional "COM" (any letter case), the digits, then nothing, a colon, or a colon
-// followed by a label such as the driver's name in parentheses.
+// Accepts an optional "COM" (any letter case), the digits, an optional colon, and then nothing
+// but blanks or a label in parentheses such as the driver's name. Anything else ("COM1:5", a
+// number typed after a listed name) names no port rather than the wrong one.
 int PortNumberFromText(std::u16string_view text) {
     std::size_t at = 0;
     while (at < text.size() && IsBlank(text[at]))
@@ -32,9 +33,11 @@ int PortNumberFromText(std::u16string_view text) {
         if (number > kHighestPort) return -1;
     }
     if (digits == 0 || number == 0) return -1;
-    if (at < text.size() && text[at] == u':') return number;
+    if (at < text.size() && text[at] == u':') ++at;
     while (at < text.size() && IsBlank(text[at]))
         ++at;
+    // What the port list shows after the name: the driver in parentheses.
+    if (at < text.size() && text[at] == u'(' && text.back() == u')') return number;
     return at == text.size() ? number : -1;
 }
 

@@ -2,12 +2,12 @@
 # Runs a Windows test program under Wine with device simulators (tools/simulators) behind COM
 # ports of its Wine prefix.
 #
-# Usage: with-simulators.sh WINE_RUN PREFIX WINE PROGRAM SIMULATOR_DIR [SPEC...] [-- ARGUMENT...]
+# Usage: with-simulators.sh WINE_RUN PREFIX WINE PROGRAM SIMULATOR_DIR [BOARD...] [-- ARGUMENT...]
 #   WINE_RUN       cmake/wine-run.sh (it creates the prefix on first use)
 #   PREFIX WINE    the Wine prefix and the wine program, as the build's tests use them
 #   PROGRAM        the Windows test program; ARGUMENTS after -- go to it (e.g. a gtest filter)
 #   SIMULATOR_DIR  where the simulator programs are (simulators/ of the Windows build)
-#   SPEC           VARIABLE=comN:SIMULATOR [OPTION...], one shell word, e.g.
+#   BOARD          VARIABLE=comN:SIMULATOR [OPTION...], one shell word, e.g.
 #                    "VELMORA_SIM_UCB_COM=com21:velmora-ucb-sim --script serial-exchange.txt"
 #                  starts SIMULATOR_DIR/SIMULATOR OPTIONS --link PREFIX/dosdevices/comN (options
 #                  split at blanks, run from tests/win32/scripts/ so that a script is named by
@@ -35,9 +35,9 @@ shift 5
 # Simulators start in another folder: their paths must not be relative.
 mkdir -p "$prefix" && prefix=$(cd "$prefix" && pwd) || exit 1
 simulator_dir=$(cd "$simulator_dir" && pwd) || exit 1
-specs=()
+boards=()
 while [ $# -gt 0 ] && [ "$1" != "--" ]; do
-    specs+=("$1")
+    boards+=("$1")
     shift
 done
 [ "${1:-}" = "--" ] && shift
@@ -62,14 +62,14 @@ if [ ! -e "$prefix/.velmora-ready" ]; then
     sh "$wine_run" "$prefix" "$wine" cmd /c exit </dev/null >/dev/null || exit 1
 fi
 
-for spec in "${specs[@]}"; do
-    variable=${spec%%=*}
-    rest=${spec#*=}
+for board in "${boards[@]}"; do
+    variable=${board%%=*}
+    rest=${board#*=}
     port=${rest%%:*}
     read -ra command <<<"${rest#*:}"
     number=${port#com}
-    if [ "$variable" = "$spec" ] || [[ ! "$port" =~ ^com[0-9]+$ ]] || [ ${#command[@]} -eq 0 ]; then
-        echo "with-simulators.sh: bad simulator spec '$spec' (want VARIABLE=comN:SIMULATOR ...)" >&2
+    if [ "$variable" = "$board" ] || [[ ! "$port" =~ ^com[0-9]+$ ]] || [ ${#command[@]} -eq 0 ]; then
+        echo "with-simulators.sh: bad simulator entry '$board' (want VARIABLE=comN:SIMULATOR ...)" >&2
         exit 2
     fi
     log="$logs/$port.log"

@@ -43,10 +43,6 @@ TimeControl TimeControl::FromSettings(const SettingsBlock& words) {
     return {words[0], words[1], words[2], words[3], words[4], words[5], words[6]};
 }
 
-SettingsBlock TimeControl::ToSettings() const {
-    return {timePerMove, firstMoves, firstTime, secondMoves, secondTime, thirdTime, increment};
-}
-
 ChessClock::ChessClock(TickSource ticks) : ticks_(std::move(ticks)) {
     if (!ticks_) ticks_ = platform::TickCount;
 }

@@ -23,7 +23,6 @@ struct TimeControl {
     std::int32_t increment = 0;    // added to a side after each of its moves
 
     static TimeControl FromSettings(const SettingsBlock& words);
-    SettingsBlock ToSettings() const;
 
     friend bool operator==(const TimeControl&, const TimeControl&) = default;
 };

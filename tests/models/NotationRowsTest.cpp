@@ -7,6 +7,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/LegalMoves.h"
@@ -46,46 +47,38 @@ void Build(Game& game, const std::string& moves) {
     }
 }
 
-std::vector<std::string> Texts(const std::vector<NotationRow>& rows) {
-    std::vector<std::string> texts;
+// The rows' texts separated by '|'.
+std::string Texts(const std::vector<NotationRow>& rows) {
+    std::string texts;
     for (const NotationRow& row : rows)
-        texts.push_back(platform::WideToUtf8(row.text));
+        texts += (texts.empty() ? "" : "|") + platform::WideToUtf8(row.text);
     return texts;
 }
 
+// Each case: the moves, whether comments are marked, and the rows after the blank first one,
+// separated by '|'.
 TEST(NotationRows, RowsOfVariationsNestingGlyphsAndComments) {
-    const struct {
-        std::string moves;
-        bool indicateComment;
-        std::vector<std::string> rows;  // after row 0
-    } cases[] = {
-        {"", true, {}},
-        {"e4 ( d4 d5 ) e5", true, {"1. e4", "  (1. d4", "  1... d5)", "1... e5"}},
+    const std::tuple<std::string, bool, std::string> cases[] = {
+        {"", true, ""},
+        {"e4 ( d4 d5 ) e5", true, "1. e4|  (1. d4|  1... d5)|1... e5"},
         // Two variations of one move: the first is closed before the second opens.
-        {"e4 ( d4 ) ( c4 ) e5", true, {"1. e4", "  (1. d4)", "  (1. c4)", "1... e5"}},
-        {"e4 ( d4 d5 ( Nf6 c4 ) c4 ) e5 Nf3",
-         true,
-         {"1. e4", "  (1. d4", "  1... d5", "    (1... Nf6", "    2. c4)", "  2. c4)", "1... e5",
-          "2. Nf3"}},
+        {"e4 ( d4 ) ( c4 ) e5", true, "1. e4|  (1. d4)|  (1. c4)|1... e5"},
+        {"e4 ( d4 d5 ( Nf6 c4 ) c4 ) e5 Nf3", true,
+         "1. e4|  (1. d4|  1... d5|    (1... Nf6|    2. c4)|  2. c4)|1... e5|2. Nf3"},
         // Two variations end on one row.
-        {"e4 ( d4 d5 ( Nf6 ) ) e5",
-         true,
-         {"1. e4", "  (1. d4", "  1... d5", "    (1... Nf6))", "1... e5"}},
+        {"e4 ( d4 d5 ( Nf6 ) ) e5", true, "1. e4|  (1. d4|  1... d5|    (1... Nf6))|1... e5"},
         // A variation of the last move closes on the last row.
-        {"e4 e5 ( c5 Nf3 )", true, {"1. e4", "1... e5", "  (1... c5", "  2. Nf3)"}},
-        {"e4 $1 e5 $2 Nf3 $3 Nc6 $4 Bb5 $5 a6 $6 Ba4 $7",
-         true,
-         {"1. e4!", "1... e5?", "2. Nf3!!", "2... Nc6??", "3. Bb5!?", "3... a6?!", "4. Ba4"}},
-        {"e4 {good} ( d4 {also} ) e5", true, {"1. e4 [...]", "  (1. d4 [...])", "1... e5"}},
-        {"e4 {good} ( d4 {also} ) e5", false, {"1. e4", "  (1. d4)", "1... e5"}},
+        {"e4 e5 ( c5 Nf3 )", true, "1. e4|1... e5|  (1... c5|  2. Nf3)"},
+        {"e4 $1 e5 $2 Nf3 $3 Nc6 $4 Bb5 $5 a6 $6 Ba4 $7", true,
+         "1. e4!|1... e5?|2. Nf3!!|2... Nc6??|3. Bb5!?|3... a6?!|4. Ba4"},
+        {"e4 {good} ( d4 {also} ) e5", true, "1. e4 [...]|  (1. d4 [...])|1... e5"},
+        {"e4 {good} ( d4 {also} ) e5", false, "1. e4|  (1. d4)|1... e5"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [moves, indicateComment, expected] : cases) {
         Game game;
-        Build(game, c.moves);
-        std::vector<std::string> expected = {"   "};
-        expected.insert(expected.end(), c.rows.begin(), c.rows.end());
-        const std::vector<NotationRow> rows = BuildRows(game, c.indicateComment);
-        EXPECT_EQ(Texts(rows), expected) << c.moves;
+        Build(game, moves);
+        const std::vector<NotationRow> rows = BuildRows(game, indicateComment);
+        EXPECT_EQ(Texts(rows), "   " + (expected.empty() ? "" : "|" + expected)) << moves;
         EXPECT_EQ(rows[0].node, nullptr);
         for (std::size_t k = 1; k < rows.size(); ++k)
             EXPECT_NE(rows[k].node, nullptr);

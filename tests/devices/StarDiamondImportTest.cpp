@@ -92,6 +92,20 @@ struct Computer {
         }
         return text;
     }
+    // The start position's board, as position text: "4k3/8/8/8/8/8/8/4K3".
+    std::string Board() const {
+        const std::string text = testing::TextOf(import.CurrentGame()->StartPosition().Value());
+        return text.substr(0, text.find(' '));
+    }
+    // Whether the import ended without a game, its timers killed before the box that says box.
+    void ExpectFailed(const std::string& box) const {
+        EXPECT_EQ(import.CurrentGame(), nullptr);
+        EXPECT_FALSE(import.Importing());
+        EXPECT_EQ(host.boxes, Lines{box});
+        EXPECT_EQ(host.stopped, 1);
+        EXPECT_EQ(host.log.back(), "box");
+        EXPECT_TRUE(host.armed.empty());
+    }
     ComputerHost host;
     StarDiamondImport import{host};
 };
@@ -154,7 +168,6 @@ TEST(StarDiamondImport, SetUpPositionsImportWithTheirSideToMoveAndPromotions) {
         bool setUp;
         Colour side;
     } cases[] = {
-        {kStartRanks, {"Replay 2", "Move  1 d2-d4", "Move  1 g8-f6"}, "d2d4 g8f6", false, kWhite},
         {kingsAndPawn, {"replay 1", "Move 31 a7-a8/Q"}, "a7a8q", true, kWhite},
         {kingsAndPawn, {"Replay 2", "Move 31 a7-a8", "Move 31 h8-h7"}, "a7a8q h8h7", true, kWhite},
         {{".8 .. .. .. .. bk", ".2", ".1 .. .. .. .. WK .. .. WR"},
@@ -189,8 +202,7 @@ TEST(StarDiamondImport, NoMovesFinishesWithTheReceivedPosition) {
         ASSERT_NE(computer.import.CurrentGame(), nullptr);
         const Position& start = computer.import.CurrentGame()->StartPosition();
         EXPECT_EQ(start.FirstContinuation(), nullptr);
-        const std::string text = testing::TextOf(start.Value());
-        EXPECT_EQ(text.substr(0, text.find(' ')), "4k3/8/8/8/8/8/8/4K3");
+        EXPECT_EQ(computer.Board(), "4k3/8/8/8/8/8/8/4K3");
         EXPECT_TRUE(start.setUp);
         EXPECT_EQ(computer.import.CurrentGame()->modified, 1);
     }
@@ -218,17 +230,10 @@ TEST(StarDiamondImport, RankLinesSetTheirSquaresOrStopTheImport) {
         if (c.rank != nullptr) {
             ASSERT_NE(computer.import.CurrentGame(), nullptr);
             EXPECT_EQ(computer.import.Step(), 3u);
-            const std::string text =
-                testing::TextOf(computer.import.CurrentGame()->StartPosition().Value());
-            EXPECT_EQ(text.substr(0, text.find(' ')), "8/8/8/8/" + std::string(c.rank) + "/8/8/8");
+            EXPECT_EQ(computer.Board(), "8/8/8/8/" + std::string(c.rank) + "/8/8/8");
             EXPECT_TRUE(computer.host.boxes.empty());
         } else {
-            EXPECT_EQ(computer.import.CurrentGame(), nullptr);
-            EXPECT_FALSE(computer.import.Importing());
-            EXPECT_EQ(computer.host.boxes, Lines{kPositionBox});
-            EXPECT_EQ(computer.host.stopped, 1);
-            EXPECT_EQ(computer.host.log.back(), "box");
-            EXPECT_TRUE(computer.host.armed.empty());
+            computer.ExpectFailed(kPositionBox);
         }
     }
 }
@@ -265,11 +270,7 @@ TEST(StarDiamondImport, UnreadableOrIllegalMovesStopTheImport) {
         Computer computer;
         computer.Run({".8 bk", ".7 .. WP", ".1 .. .. .. .. WK"},
                      {"Replay 2", "Move  1 e1-d1", "Comment d1-e1", line, "Move  2 d1-e1"});
-        EXPECT_EQ(computer.host.boxes, Lines{kMoveBox});
-        EXPECT_EQ(computer.import.CurrentGame(), nullptr);
-        EXPECT_EQ(computer.host.stopped, 1);
-        EXPECT_EQ(computer.host.log.back(), "box");
-        EXPECT_TRUE(computer.host.armed.empty());
+        computer.ExpectFailed(kMoveBox);
     }
 }
 
@@ -277,17 +278,13 @@ TEST(StarDiamondImport, SilentComputerEndsTheImportUnlessItFinished) {
     Computer silent;  // nothing after "Origin"
     silent.import.Start();
     silent.Fire(kWatchdog);
-    EXPECT_EQ(silent.host.boxes, Lines{kSilentBox});
-    EXPECT_EQ(silent.import.CurrentGame(), nullptr);
+    silent.ExpectFailed(kSilentBox);
 
     Computer midway;  // silent during the move list
     midway.Run(kStartRanks, {"Replay 2", "Move  1 e2-e4"});
     ASSERT_EQ(midway.import.Step(), 3u);
     midway.Fire(kWatchdog);
-    EXPECT_EQ(midway.host.boxes, Lines{kSilentBox});
-    EXPECT_EQ(midway.import.CurrentGame(), nullptr);
-    EXPECT_EQ(midway.host.stopped, 1);
-    EXPECT_TRUE(midway.host.armed.empty());
+    midway.ExpectFailed(kSilentBox);
 
     // A finished import keeps its game even when a late line re-arms the watchdog.
     Computer finished;
@@ -325,15 +322,13 @@ TEST(StarDiamondImport, StartingAgainBuildsAFreshGame) {
     c.Run({".8 bk", ".1 WK"}, {"Replay 1", "Move  1 a1-b2"});
     ASSERT_NE(c.import.CurrentGame(), nullptr);
     EXPECT_EQ(c.MainLine(), "a1b2");
-    EXPECT_EQ(testing::TextOf(c.import.CurrentGame()->StartPosition().Value()).substr(0, 19),
-              "k7/8/8/8/8/8/8/K7 w");
+    EXPECT_EQ(c.Board(), "k7/8/8/8/8/8/8/K7");
     EXPECT_EQ(c.host.stopped, 2);
 
     // A new start drops the finished game too, and the dialog can take the one it builds.
     c.import.Start();
     EXPECT_EQ(c.import.CurrentGame()->StartPosition().FirstContinuation(), nullptr);
-    EXPECT_EQ(testing::TextOf(c.import.CurrentGame()->StartPosition().Value()).substr(0, 17),
-              "8/8/8/8/8/8/8/8 w");
+    EXPECT_EQ(c.Board(), "8/8/8/8/8/8/8/8");
     EXPECT_EQ(c.import.Step(), 0u);
     EXPECT_EQ(c.host.log.back(), "timer 1002 10000");
     std::unique_ptr<Game> taken = c.import.TakeGame();

@@ -85,11 +85,15 @@ TEST(UcbLink, AnswersEachRequestLetterWithItsLineAndIgnoresOthers) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.line);
-        Table table;
+        Table table("e2e4");
+        table.Advance(1);               // so that a take-back or new game would show
         table.host.writesWork = false;  // a failed write changes nothing
         table.Feed(c.line);
         EXPECT_EQ(table.host.sent, c.answer ? Lines{c.answer} : Lines{});
-        table.ExpectUntouched("");
+        EXPECT_EQ(table.game.Current()->PreviousPosition(), &table.game.StartPosition());
+        EXPECT_EQ(table.host.redraws, 0);
+        EXPECT_EQ(table.Calls(), " | ");
+        EXPECT_EQ(table.game.modified, 0);
     }
 }
 

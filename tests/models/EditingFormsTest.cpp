@@ -116,7 +116,7 @@ Texts Tags(const Game& game) {
     return tags;
 }
 
-TEST(TagEditor, SetReplacesARowFoundInAnyCaseOrAddsOneAndRefusesHeaderNames) {
+TEST(TagEditor, SetAndRemoveRowsFoundInAnyCaseAndRefuseHeaderNames) {
     Game game;
     AddTags(game);
     TagEditor editor(game);
@@ -137,19 +137,16 @@ TEST(TagEditor, SetReplacesARowFoundInAnyCaseOrAddsOneAndRefusesHeaderNames) {
     ASSERT_EQ(editor.RowCount(), 3);
     EXPECT_EQ(editor.RowOf(u"whiteelo"), 2);
     EXPECT_EQ(editor.Row(2), game.FirstTag()->next->next.get());
-}
 
-TEST(TagEditor, RemoveTakesTheRowAndTheGamesTag) {
-    Game game;
-    AddTags(game);
-    TagEditor editor(game);
+    // Remove takes the row and the game's tag.
+    game.modified = 0;
     EXPECT_EQ(editor.Remove(u"Opening"), TagEditor::Change::NoSuchTag);
     EXPECT_EQ(editor.Remove(u""), TagEditor::Change::NoName);
     EXPECT_EQ(game.modified, 0);
     EXPECT_EQ(editor.Remove(u"annotator"), TagEditor::Change::Removed);
     EXPECT_EQ(game.modified, 1);
-    EXPECT_EQ(Tags(game), Texts{u"PlyCount=41"});
-    ASSERT_EQ(editor.RowCount(), 1);
+    EXPECT_EQ(Tags(game), (Texts{u"PlyCount=41", u"WhiteElo=2700"}));
+    ASSERT_EQ(editor.RowCount(), 2);
     EXPECT_EQ(editor.Row(0), game.FirstTag());
 }
 

@@ -86,14 +86,6 @@ class BridgeLibrary : public ::testing::Test {
     StandInConnection* connection_ = nullptr;
 };
 
-TEST_F(BridgeLibrary, TellsItsNameFromTheEngine) {
-    EngineInfo info = {kEngineInfoSize, 0, 0, {}};
-    engine_->GetInfo(&info);
-    EXPECT_EQ(info.version, 2u);
-    EXPECT_EQ(info.flags, 1u);
-    EXPECT_EQ(std::u16string(info.name), u"Stand-in 1.0");
-}
-
 TEST_F(BridgeLibrary, PlaysWhiteOnTheClock) {
     EXPECT_EQ(engine_->OnCommand(nullptr, kFirstLevelCommand + 4, 0), 1);  // 5 minutes + 3 s
     host_.SetClock(300000, 300000, 0);
@@ -199,12 +191,6 @@ TEST_F(BridgeLibrary, HearsNothingAfterStop) {
     EXPECT_EQ(Sent(),
               (Lines{"ucinewgame", "isready", "position startpos moves e2e4", "go movetime 4500"}));
     EXPECT_EQ(host_.TakeCalls(), Lines{"ShowInfo 1"});
-}
-
-TEST_F(BridgeLibrary, IsAliveWhileTheProgramRuns) {
-    EXPECT_EQ(engine_->IsAlive(), 1);
-    connection_->running_ = false;
-    EXPECT_EQ(engine_->IsAlive(), 0);
 }
 
 }  // namespace

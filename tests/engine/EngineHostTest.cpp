@@ -1,5 +1,5 @@
-// The engine host with a stand-in library and engine: the order of the load checks, the start
-// of play and analysis, the moves passed each way, and the callbacks' effects.
+// The engine host with a stand-in library and engine: each load failure with its message, the
+// start of play and analysis, the moves passed each way, and the callbacks' effects.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -66,14 +66,18 @@ plugin::Engine* LoadRecordingEngine(plugin::HostCallbacks* host) {
     return gEngineToLoad;
 }
 
-// The load checks in their order run over real libraries (EngineHostLoadingTest); here the
-// library always hands out the recording engine.
+// A library whose entry point hands out the recording engine, or one without the entry point.
 class StandInLibrary final : public platform::Library {
   public:
+    explicit StandInLibrary(bool entry) : entry_(entry) {}
     void* Symbol(const char* name) override {
-        return std::string(name) == "LoadEngine" ? reinterpret_cast<void*>(&LoadRecordingEngine)
-                                                 : nullptr;
+        return entry_ && std::string(name) == "LoadEngine"
+                   ? reinterpret_cast<void*>(&LoadRecordingEngine)
+                   : nullptr;
     }
+
+  private:
+    bool entry_;
 };
 
 // The game window's part: records the messages and answers the dialog.
@@ -138,14 +142,21 @@ struct HostFixture : ::testing::Test {
         return next;
     }
 
+    // Loads the stand-in library, or finds none.
+    EngineHost::LibraryLoader Loader() {
+        return [this](const std::u16string& path, platform::ErrorCode* e) {
+            loadedPaths.push_back(path);
+            *e = libraryFound ? 0 : 2;
+            return libraryFound ? std::make_unique<StandInLibrary>(entryFound) : nullptr;
+        };
+    }
+
     test::MemoryFileSystem files = TwoEngines();
     RecordingEngine engine;
     std::vector<std::u16string> loadedPaths;
-    EngineHost host{u"/p/", files, [this](const std::u16string& path, platform::ErrorCode* e) {
-                        loadedPaths.push_back(path);
-                        *e = 0;
-                        return std::make_unique<StandInLibrary>();
-                    }};
+    bool libraryFound = true;
+    bool entryFound = true;
+    EngineHost host{u"/p/", files, Loader()};
     RecordingWindow window;
     Game game;
 };
@@ -171,6 +182,8 @@ TEST(EngineHostDiscovery, KeepsTheFirstTwentyFoldersAndNoFiles) {
 TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     window.choice.chosen = 1;
     ASSERT_TRUE(Start(true, true));
+    EXPECT_EQ(engine.calls,
+              (std::vector<std::string>{"SetWindow", "Start 1 0 null", "SetAnalysis 0"}));
     EXPECT_EQ(window.loadedIndex, -1);
     EXPECT_EQ(window.names, (std::vector<std::u16string>{u"Alpha", u"Beta"}));
     EXPECT_EQ(host.LoadedIndex(), 1);
@@ -178,8 +191,15 @@ TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     EXPECT_EQ(engine.sizeAsked, 76u);
     EXPECT_EQ(host.EngineName(), u"Recorder");
     EXPECT_TRUE(host.CoordinateMoves());
-    // A second start offers the loaded engine only; loading another is refused.
+    // A second start offers the loaded engine only; loading another is refused. The position's
+    // text goes only when asked for.
+    Play("e4");
+    engine.calls.clear();
     ASSERT_TRUE(Start(false, true));
+    EXPECT_EQ(engine.calls, (std::vector<std::string>{"Start 1 1 null", "SetAnalysis 1"}));
+    ASSERT_TRUE(Start(false, true, true));
+    EXPECT_EQ(engine.calls[2],
+              "Start 1 1 rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
     EXPECT_EQ(window.loadedIndex, 1);
     EXPECT_FALSE(host.LoadEngine(0));
     EXPECT_EQ(window.boxes.back(), "text 40115");
@@ -187,14 +207,35 @@ TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     EXPECT_FALSE(Start(true, true));
 }
 
-TEST_F(HostFixture, StartSendsThePositionTextOnlyWhenAsked) {
-    ASSERT_TRUE(Start(false, true));
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{"Start 1 1 null", "SetAnalysis 1"}));
-    Play("e4");
-    engine.calls.clear();
-    ASSERT_TRUE(Start(false, true, true));
-    EXPECT_EQ(engine.calls[0],
-              "Start 1 1 rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
+// Each check of a load in turn fails, with its message; the engine is not started.
+TEST_F(HostFixture, EachLoadFailureHasItsMessage) {
+    struct Case {
+        const char* name;
+        bool library, entry, engine;
+        std::uint32_t version;
+        const char* box;
+    };
+    const Case cases[] = {{"no library", false, true, true, 2, "text 40111"},
+                          {"no entry point", true, false, true, 2, "text 40112"},
+                          {"no engine", true, true, false, 2, "text 40114"},
+                          {"version 1", true, true, true, 1, "text 40117"},
+                          {"version 3", true, true, true, 3, "text 40117"}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        libraryFound = c.library;
+        entryFound = c.entry;
+        gEngineToLoad = c.engine ? &engine : nullptr;
+        engine.version = c.version;
+        EngineHost fresh(u"/p/", files, Loader());
+        window.host = &fresh;
+        window.boxes.clear();
+        bool play = false;
+        bool black = false;
+        EXPECT_FALSE(fresh.StartEngine(window, &play, &black, false, game));
+        EXPECT_EQ(window.boxes, std::vector<std::string>{c.box});
+        EXPECT_TRUE(engine.calls.empty());
+        fresh.Detach();
+    }
 }
 
 TEST_F(HostFixture, PlayingWhiteTheEngineMovesAtOnceAndItsNameGoesToWhite) {
@@ -224,11 +265,10 @@ TEST_F(HostFixture, MovesGoBothWaysAndTheEnginesOwnMoveIsNotSentBack) {
     EXPECT_EQ(engine.calls.back(), "PlayMove g1f3");
 }
 
-TEST_F(HostFixture, SanEnginesGetSanWithoutGlyphs) {
+TEST_F(HostFixture, SanEnginesGetAndGiveSan) {
     engine.flags = 0;
     ASSERT_TRUE(Start(true, true));
-    Position* after = Play("e4");
-    after->ArrivalNode()->nag = 1;
+    Play("e4");
     engine.calls.clear();
     gCallbacks->MovePlayed(u"Nf6");
     Play("e5");
@@ -380,22 +420,12 @@ TEST_F(HostFixture, ForwardsCommandsAndStopsAndReleases) {
     EXPECT_FALSE(host.IsAlive());
     host.StopEngine();
     EXPECT_EQ(engine.calls.back(), "Stop");
-}
-
-TEST(EngineHostLifetime, TheEngineIsReleasedWithTheHost) {
-    test::MemoryFileSystem files;
-    files.files[u"/p/Engines/A/A.dll"] = "";
-    RecordingEngine engine;
-    gEngineToLoad = &engine;
+    EXPECT_FALSE(engine.released);
     {
-        EngineHost host(u"/p/", files, [](const std::u16string&, platform::ErrorCode* e) {
-            *e = 0;
-            return std::unique_ptr<platform::Library>(new StandInLibrary());
-        });
-        ASSERT_TRUE(host.LoadEngine(0));
-        EXPECT_FALSE(engine.released);
+        EngineHost other(u"/p/", files, Loader());
+        ASSERT_TRUE(other.LoadEngine(0));
     }
-    EXPECT_TRUE(engine.released);
+    EXPECT_TRUE(engine.released) << "the engine goes with its host";
 }
 
 }  // namespace

@@ -331,10 +331,13 @@ TEST_F(HostFixture, CoordinateMovesPromoteAndBadOnesAreReported) {
     }
 }
 
-TEST_F(HostFixture, ResendAfterADeletedMoveGoesWhenItIsTheEnginesTurn) {
+// A deleted move, or the engine switching sides, sends the position again at the next change,
+// and Go when it is the engine's turn there.
+TEST_F(HostFixture, ResendsAfterADeletedMoveAndAfterSwitchingSides) {
     ASSERT_TRUE(Start(true, true));
     Position* afterE4 = Play("e4");
     gCallbacks->MovePlayed(u"e7e5");
+    Position* afterE5 = game.Current();
     engine.calls.clear();
     host.OnPositionChanged(afterE4);
     EXPECT_TRUE(engine.calls.empty()) << "no resend asked";
@@ -345,6 +348,15 @@ TEST_F(HostFixture, ResendAfterADeletedMoveGoesWhenItIsTheEnginesTurn) {
         (std::vector<std::string>{
             "SetPosition rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1", "Go"}));
     EXPECT_TRUE(host.Thinking());
+
+    window.messages.clear();
+    engine.calls.clear();
+    gCallbacks->SwitchSides();
+    EXPECT_EQ(window.messages, (std::vector<unsigned>{kEngineSwitchedSides}));
+    // The engine plays White now: its turn after e5.
+    game.SetCurrent(afterE5);
+    ASSERT_EQ(engine.calls.size(), 2u);
+    EXPECT_EQ(engine.calls[1], "Go");
 }
 
 TEST(EngineHostSearchLine, ControlRunsBecomeOneBlankAndTheLineIsCut) {
@@ -395,20 +407,6 @@ TEST_F(HostFixture, GameOverShowsItsBoxOnceButAlwaysSetsTheResult) {
     EXPECT_EQ(game.result, 2) << "the result is set even when the box is not shown again";
     gCallbacks->GameOver(u"1/2-1/2", u"Stalemate");
     EXPECT_EQ(window.messages.size(), 2u);
-}
-
-TEST_F(HostFixture, SwitchingSidesFlipsTheColourAndResends) {
-    ASSERT_TRUE(Start(true, true));
-    Play("e4");
-    gCallbacks->MovePlayed(u"e7e5");
-    window.messages.clear();
-    engine.calls.clear();
-    gCallbacks->SwitchSides();
-    EXPECT_EQ(window.messages, (std::vector<unsigned>{kEngineSwitchedSides}));
-    // White to move after e5: now the engine's turn.
-    game.SetCurrent(game.Current());
-    ASSERT_EQ(engine.calls.size(), 2u);
-    EXPECT_EQ(engine.calls[1], "Go");
 }
 
 TEST_F(HostFixture, ForwardsCommandsAndStopsAndReleases) {

@@ -12,6 +12,7 @@
 #include "platform/CodePage.h"
 #include "platform/Library.h"
 #include "plugins/RecordingHost.h"
+#include "plugins/common/EngineGame.h"
 #include "plugins/ucibridge/UciBridgeEngine.h"
 
 namespace velmora::plugin {
@@ -129,9 +130,9 @@ class BuiltLibrary {
 };
 
 // Velmora's library, and the bridge as the build ships it with velmora-engine beside it: each
-// answers the user's move from the initial position, then finds a mate in one and plays it at
-// once on "Move now".
-TEST(BuiltLibraries, AnswerAMoveAndMoveNowWhenAsked) {
+// answers the user's first move at once on "Move now" (at 30 seconds per move), and plays a mate
+// in one, which ends its search by itself, with the mate shown.
+TEST(BuiltLibraries, MoveNowWhenAskedAndPlayAMateInOne) {
     for (const char* name : {"Velmora", "UciBridge"}) {
         SCOPED_TRACE(name);
         BuiltLibrary library(name);
@@ -141,21 +142,23 @@ TEST(BuiltLibraries, AnswerAMoveAndMoveNowWhenAsked) {
         EXPECT_EQ(info.version, 2u);
         EXPECT_EQ(info.flags, 1u);
         EXPECT_EQ(std::u16string(info.name), u"Velmora");
-        EXPECT_EQ(library->OnCommand(nullptr, kFirstLevelCommand, 0), 1);  // 1 second per move
+        EXPECT_EQ(library->OnCommand(nullptr, kFirstLevelCommand + 2, 0), 1);
         library->Start(1, 0, nullptr);
         library->SetAnalysis(0);
         library->PlayMove(u"e2e4");
-        ASSERT_TRUE(library.host_.WaitFor("MovePlayed", 5000));
-        library.host_.TakeCalls();
-
-        library->OnCommand(nullptr, kFirstLevelCommand + 2, 0);  // 30 seconds per move
-        library->Start(0, 0, u"6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1");
-        library->Go();
         ASSERT_TRUE(library.host_.WaitFor("SearchInfo", 5000));
         const auto asked = std::chrono::steady_clock::now();
         EXPECT_EQ(library->OnCommand(nullptr, kMoveNowCommand, 0), 1);
         ASSERT_TRUE(library.host_.WaitFor("MovePlayed", 5000));
         EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(5));
+        const std::string reply = library.host_.TakeCalls().back().substr(sizeof "MovePlayed");
+        EngineGame game;
+        ASSERT_TRUE(game.Start(true, false, nullptr) && game.PlayMove(u"e2e4"));
+        EXPECT_TRUE(game.PlayMove(reply)) << reply << " does not answer 1. e4";
+
+        library->Start(0, 0, u"6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1");
+        library->Go();
+        ASSERT_TRUE(library.host_.WaitFor("MovePlayed", 5000));
         const std::vector<std::string> calls = library.host_.Calls();
         EXPECT_EQ(calls.back(), "MovePlayed a1a8");
         EXPECT_NE(calls[calls.size() - 2].find(" #1 | 1. Ra8+"), std::string::npos)

@@ -15,6 +15,9 @@ namespace velmora {
 namespace {
 
 using platform::WideToUtf8;
+using Lines = std::vector<std::string>;
+
+constexpr char kAfterE4[] = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1";
 
 // An engine that records every call as a line of text.
 class RecordingEngine final : public plugin::Engine {
@@ -182,8 +185,7 @@ TEST(EngineHostDiscovery, KeepsTheFirstTwentyFoldersAndNoFiles) {
 TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     window.choice.chosen = 1;
     ASSERT_TRUE(Start(true, true));
-    EXPECT_EQ(engine.calls,
-              (std::vector<std::string>{"SetWindow", "Start 1 0 null", "SetAnalysis 0"}));
+    EXPECT_EQ(engine.calls, (Lines{"SetWindow", "Start 1 0 null", "SetAnalysis 0"}));
     EXPECT_EQ(window.loadedIndex, -1);
     EXPECT_EQ(window.names, (std::vector<std::u16string>{u"Alpha", u"Beta"}));
     EXPECT_EQ(host.LoadedIndex(), 1);
@@ -196,10 +198,9 @@ TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     Play("e4");
     engine.calls.clear();
     ASSERT_TRUE(Start(false, true));
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{"Start 1 1 null", "SetAnalysis 1"}));
+    EXPECT_EQ(engine.calls, (Lines{"Start 1 1 null", "SetAnalysis 1"}));
     ASSERT_TRUE(Start(false, true, true));
-    EXPECT_EQ(engine.calls[2],
-              "Start 1 1 rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
+    EXPECT_EQ(engine.calls[2], std::string("Start 1 1 ") + kAfterE4);
     EXPECT_EQ(window.loadedIndex, 1);
     EXPECT_FALSE(host.LoadEngine(0));
     EXPECT_EQ(window.boxes.back(), "text 40115");
@@ -232,7 +233,7 @@ TEST_F(HostFixture, EachLoadFailureHasItsMessage) {
         bool play = false;
         bool black = false;
         EXPECT_FALSE(fresh.StartEngine(window, &play, &black, false, game));
-        EXPECT_EQ(window.boxes, std::vector<std::string>{c.box});
+        EXPECT_EQ(window.boxes, Lines{c.box});
         EXPECT_TRUE(engine.calls.empty());
         fresh.Detach();
     }
@@ -240,8 +241,7 @@ TEST_F(HostFixture, EachLoadFailureHasItsMessage) {
 
 TEST_F(HostFixture, PlayingWhiteTheEngineMovesAtOnceAndItsNameGoesToWhite) {
     ASSERT_TRUE(Start(true, false));
-    EXPECT_EQ(engine.calls,
-              (std::vector<std::string>{"SetWindow", "Start 0 0 null", "Go", "SetAnalysis 0"}));
+    EXPECT_EQ(engine.calls, (Lines{"SetWindow", "Start 0 0 null", "Go", "SetAnalysis 0"}));
     EXPECT_TRUE(host.Thinking());
     EXPECT_EQ(WideToUtf8(game.white.View()), "Recorder");
     gCallbacks->MovePlayed(u"e2e4");
@@ -263,33 +263,27 @@ TEST_F(HostFixture, SanEnginesGetAndGiveSan) {
     gCallbacks->MovePlayed(u"Nf6");
     EXPECT_FALSE(host.Thinking());
     Play("e5");
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{"PlayMove e4", "PlayMove e5"}));
+    EXPECT_EQ(engine.calls, (Lines{"PlayMove e4", "PlayMove e5"}));
 }
 
 // Browsing away and playing elsewhere: in play the engine hears the position before the move,
 // then the move; in analysis it only hears the position after it.
-TEST_F(HostFixture, OutOfStepPositionsAreSentBeforeTheMove) {
+TEST_F(HostFixture, OutOfStepPositionsAreSentInPlayAndInAnalysis) {
     ASSERT_TRUE(Start(true, true));
     Play("e4");
     gCallbacks->MovePlayed(u"e7e5");
     game.GoToStart();
     engine.calls.clear();
     Play("d4");
-    ASSERT_EQ(engine.calls.size(), 2u);
-    EXPECT_EQ(engine.calls[0],
-              "SetPosition rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
-    EXPECT_EQ(engine.calls[1], "PlayMove d2d4");
-}
-
-TEST_F(HostFixture, AnalysisFollowsBrowsingWithThePositionOnly) {
+    EXPECT_EQ(engine.calls,
+              (Lines{"SetPosition rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+                     "PlayMove d2d4"}));
     ASSERT_TRUE(Start(false, true));
-    Play("e4");
     game.GoToStart();
     engine.calls.clear();
-    Play("d4");
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{
-                                "SetPosition rnbqkbnr/pppppppp/8/8/3P4/8/PPP1PPPP/RNBQKBNR b "
-                                "KQkq d3 0 1"}));
+    Play("c4");
+    EXPECT_EQ(engine.calls,
+              Lines{"SetPosition rnbqkbnr/pppppppp/8/8/2P5/8/PP1PPPPP/RNBQKBNR b KQkq c3 0 1"});
 }
 
 TEST_F(HostFixture, CoordinateMovesPromoteAndBadOnesAreReported) {
@@ -334,10 +328,7 @@ TEST_F(HostFixture, ResendsAfterADeletedMoveAndAfterSwitchingSides) {
     EXPECT_TRUE(engine.calls.empty()) << "no resend asked";
     host.SetResend();
     game.SetCurrent(afterE4);
-    EXPECT_EQ(
-        engine.calls,
-        (std::vector<std::string>{
-            "SetPosition rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1", "Go"}));
+    EXPECT_EQ(engine.calls, (Lines{std::string("SetPosition ") + kAfterE4, "Go"}));
     EXPECT_TRUE(host.Thinking());
 
     window.messages.clear();

@@ -24,7 +24,6 @@ TEST(EngineGame, TracksWhoseTurnItIs) {
     };
     const Case kCases[] = {
         {"engine Black, initial position", true, false, nullptr, {}, false},
-        {"engine Black after White's move", true, false, nullptr, {"e2e4"}, true},
         {"engine White, initial position", false, false, nullptr, {}, true},
         {"engine White after two moves", false, false, nullptr, {"e2e4", "e7e5"}, true},
         {"engine Black, Black to move in the text", true, false, kBlackToMove, {}, true},

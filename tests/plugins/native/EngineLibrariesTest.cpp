@@ -74,7 +74,6 @@ TEST_F(BridgeOverProcess, RefusesToLoad) {
     const Case kCases[] = {
         {"the program ends at once", "exit\n", ""},
         {"the program never answers", "silent\n", "HandshakeTimeout=300\n"},
-        {"no program named", "", "[Engine]\nArguments=x\n"},
         {"no such program", "", "Program=no-such-program\n"},
     };
     for (const Case& test : kCases) {

@@ -55,6 +55,52 @@ TEST(MoveRules, LegalityTable) {
     }
 }
 
+// IsAttacked looks outwards from the square; it must agree with asking every enemy piece
+// whether its geometry reaches the square, pawn pushes onto empty squares included.
+TEST(MoveRules, AttacksAndCandidatesAgreeWithPieceGeometryOnRandomBoards) {
+    std::mt19937 random(20261122);
+    const PieceCode kCodes[] = {
+        kPawn,           kRook,          kKnight,        kBishop,          kQueen,
+        kKing,           kBlack + kPawn, kBlack + kRook, kBlack + kKnight, kBlack + kBishop,
+        kBlack + kQueen, kBlack + kKing};
+    for (int round = 0; round < 3000; ++round) {
+        PositionValue position = PositionValue::Empty();
+        int pieces = 2 + static_cast<int>(random() % 24);
+        for (int i = 0; i < pieces; ++i)
+            position.Put(random() % 64, kCodes[random() % 12]);
+        for (Colour colour : {kWhite, kBlack}) {
+            for (int square = -1; square < 64; ++square) {
+                int target = square;
+                for (int s = 0; s < 64 && target < 0; ++s)
+                    if (position.At(s) == colour + kKing) target = s;
+                if (target < 0) continue;
+                bool expected = false;
+                for (int s = 0; s < 64 && !expected; ++s) {
+                    PieceCode code = position.At(s);
+                    expected =
+                        code != 0 && ColourOf(code) != colour &&
+                        PieceMoves(position, static_cast<Square>(s), static_cast<Square>(target));
+                }
+                ASSERT_EQ(IsAttacked(position, colour, square), expected)
+                    << testing::TextOf(position) << " colour " << int(colour) << " " << square;
+            }
+        }
+        // CandidateOrigins looks only where a piece could come from; it must find what testing
+        // every square of the board finds, in the same order.
+        PieceCode code = kCodes[random() % 12];
+        Square to = static_cast<Square>(random() % 64);
+        std::vector<Square> expected;
+        for (int s = 0; s < 64; ++s) {
+            if (position.At(s) == code && IsLegalMove(position, static_cast<Square>(s), to))
+                expected.push_back(static_cast<Square>(s));
+        }
+        Square found[64];
+        int count = CandidateOrigins(position, code, kNoSquare, to, found);
+        ASSERT_EQ(std::vector<Square>(found, found + count), expected)
+            << testing::TextOf(position) << " code " << int(code) << " to " << int(to);
+    }
+}
+
 TEST(MoveRules, CapturesEnPassantAndPromotion) {
     PositionValue pawns = FromText(testing::kPawns);
     MoveEffects effects = PlayMoves(pawns, "e4d5").effects;

@@ -137,8 +137,7 @@ TEST_F(GameListSorting, EachColumnAscendingAndDescending) {
         // Intended: the result column ascending runs from the highest code down, "*" first.
         {4, {3, 4, 1, 2, 5}},
         {5, {2, 5, 1, 4, 3}},
-        // Intended: the Start column sorts by Date, not by its own text (that would give 4 3 1 2
-        // 5).
+        // Intended: the Start column sorts by Date, not by its own text (4 3 1 2 5).
         {14, {4, 3, 5, 2, 1}},
         {15, {1, 2, 5, 3, 4}},
         {16, {1, 2, 3, 4, 5}},  // no ninth column: nothing moves

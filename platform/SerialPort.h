@@ -25,7 +25,6 @@ class SerialLineCutter {
     SerialLineCutter(SerialLineCallback callback, void* context)
         : callback_(callback), context_(context) {}
     void Add(unsigned char byte);
-    void Reset() { length_ = 0; }
 
   private:
     SerialLineCallback callback_;

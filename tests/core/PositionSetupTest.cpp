@@ -61,10 +61,8 @@ TEST(PositionSetup, ValidationTable) {
         {"4k3/8/8/8/8/8/8/4K2r w - - 0 1", true, "K", "", "White O-O disabled", "-"},
         // Pawns on the first and last ranks are accepted.
         {"P3k3/8/8/8/8/8/8/4K2p w - - 0 1", true, "-", "", "", "-"},
-        {"4k3/8/8/8/8/8/8/8 w - - 0 1", true, "-", "I need a white king !", "", "-"},
         {"8/8/8/8/8/8/8/4K3 w - - 0 1", true, "-", "I need a black king !", "", "-"},
         {"8/8/8/8/8/8/8/8 w - - 0 1", true, "KQkq", "I need a white king !", "", "KQkq"},
-        {"4k2k/8/8/8/8/8/8/4K3 w - - 0 1", true, "-", "Only one black king please", "", "-"},
         // The first duplicate in square order (a1, b1, ... h8) is the one reported, before
         // any missing king.
         {"K3K3/8/8/8/8/8/8/k3k3 w - - 0 1", true, "-", "Only one black king please", "", "-"},

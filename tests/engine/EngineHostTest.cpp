@@ -1,5 +1,5 @@
-// The engine host with a stand-in library and engine: the order of the load checks, the start
-// of play and analysis, the moves passed each way, and the callbacks' effects.
+// The engine host with a stand-in library and engine: each load failure with its message, the
+// start of play and analysis, the moves passed each way, and the callbacks' effects.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -15,6 +15,9 @@ namespace velmora {
 namespace {
 
 using platform::WideToUtf8;
+using Lines = std::vector<std::string>;
+
+constexpr char kAfterE4[] = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1";
 
 // An engine that records every call as a line of text.
 class RecordingEngine final : public plugin::Engine {
@@ -66,14 +69,18 @@ plugin::Engine* LoadRecordingEngine(plugin::HostCallbacks* host) {
     return gEngineToLoad;
 }
 
-// The load checks in their order run over real libraries (EngineHostLoadingTest); here the
-// library always hands out the recording engine.
+// A library whose entry point hands out the recording engine, or one without the entry point.
 class StandInLibrary final : public platform::Library {
   public:
+    explicit StandInLibrary(bool entry) : entry_(entry) {}
     void* Symbol(const char* name) override {
-        return std::string(name) == "LoadEngine" ? reinterpret_cast<void*>(&LoadRecordingEngine)
-                                                 : nullptr;
+        return entry_ && std::string(name) == "LoadEngine"
+                   ? reinterpret_cast<void*>(&LoadRecordingEngine)
+                   : nullptr;
     }
+
+  private:
+    bool entry_;
 };
 
 // The game window's part: records the messages and answers the dialog.
@@ -138,14 +145,21 @@ struct HostFixture : ::testing::Test {
         return next;
     }
 
+    // Loads the stand-in library, or finds none.
+    EngineHost::LibraryLoader Loader() {
+        return [this](const std::u16string& path, platform::ErrorCode* e) {
+            loadedPaths.push_back(path);
+            *e = libraryFound ? 0 : 2;
+            return libraryFound ? std::make_unique<StandInLibrary>(entryFound) : nullptr;
+        };
+    }
+
     test::MemoryFileSystem files = TwoEngines();
     RecordingEngine engine;
     std::vector<std::u16string> loadedPaths;
-    EngineHost host{u"/p/", files, [this](const std::u16string& path, platform::ErrorCode* e) {
-                        loadedPaths.push_back(path);
-                        *e = 0;
-                        return std::make_unique<StandInLibrary>();
-                    }};
+    bool libraryFound = true;
+    bool entryFound = true;
+    EngineHost host{u"/p/", files, Loader()};
     RecordingWindow window;
     Game game;
 };
@@ -171,6 +185,7 @@ TEST(EngineHostDiscovery, KeepsTheFirstTwentyFoldersAndNoFiles) {
 TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     window.choice.chosen = 1;
     ASSERT_TRUE(Start(true, true));
+    EXPECT_EQ(engine.calls, (Lines{"SetWindow", "Start 1 0 null", "SetAnalysis 0"}));
     EXPECT_EQ(window.loadedIndex, -1);
     EXPECT_EQ(window.names, (std::vector<std::u16string>{u"Alpha", u"Beta"}));
     EXPECT_EQ(host.LoadedIndex(), 1);
@@ -178,8 +193,14 @@ TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     EXPECT_EQ(engine.sizeAsked, 76u);
     EXPECT_EQ(host.EngineName(), u"Recorder");
     EXPECT_TRUE(host.CoordinateMoves());
-    // A second start offers the loaded engine only; loading another is refused.
+    // A second start offers the loaded engine only; loading another is refused. The position's
+    // text goes only when asked for.
+    Play("e4");
+    engine.calls.clear();
     ASSERT_TRUE(Start(false, true));
+    EXPECT_EQ(engine.calls, (Lines{"Start 1 1 null", "SetAnalysis 1"}));
+    ASSERT_TRUE(Start(false, true, true));
+    EXPECT_EQ(engine.calls[2], std::string("Start 1 1 ") + kAfterE4);
     EXPECT_EQ(window.loadedIndex, 1);
     EXPECT_FALSE(host.LoadEngine(0));
     EXPECT_EQ(window.boxes.back(), "text 40115");
@@ -187,20 +208,40 @@ TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     EXPECT_FALSE(Start(true, true));
 }
 
-TEST_F(HostFixture, StartSendsThePositionTextOnlyWhenAsked) {
-    ASSERT_TRUE(Start(false, true));
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{"Start 1 1 null", "SetAnalysis 1"}));
-    Play("e4");
-    engine.calls.clear();
-    ASSERT_TRUE(Start(false, true, true));
-    EXPECT_EQ(engine.calls[0],
-              "Start 1 1 rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
+// Each check of a load in turn fails, with its message; the engine is not started.
+TEST_F(HostFixture, EachLoadFailureHasItsMessage) {
+    struct Case {
+        const char* name;
+        bool library, entry, engine;
+        std::uint32_t version;
+        const char* box;
+    };
+    const Case cases[] = {{"no library", false, true, true, 2, "text 40111"},
+                          {"no entry point", true, false, true, 2, "text 40112"},
+                          {"no engine", true, true, false, 2, "text 40114"},
+                          {"version 1", true, true, true, 1, "text 40117"},
+                          {"version 3", true, true, true, 3, "text 40117"}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        libraryFound = c.library;
+        entryFound = c.entry;
+        gEngineToLoad = c.engine ? &engine : nullptr;
+        engine.version = c.version;
+        EngineHost fresh(u"/p/", files, Loader());
+        window.host = &fresh;
+        window.boxes.clear();
+        bool play = false;
+        bool black = false;
+        EXPECT_FALSE(fresh.StartEngine(window, &play, &black, false, game));
+        EXPECT_EQ(window.boxes, Lines{c.box});
+        EXPECT_TRUE(engine.calls.empty());
+        fresh.Detach();
+    }
 }
 
 TEST_F(HostFixture, PlayingWhiteTheEngineMovesAtOnceAndItsNameGoesToWhite) {
     ASSERT_TRUE(Start(true, false));
-    EXPECT_EQ(engine.calls,
-              (std::vector<std::string>{"SetWindow", "Start 0 0 null", "Go", "SetAnalysis 0"}));
+    EXPECT_EQ(engine.calls, (Lines{"SetWindow", "Start 0 0 null", "Go", "SetAnalysis 0"}));
     EXPECT_TRUE(host.Thinking());
     EXPECT_EQ(WideToUtf8(game.white.View()), "Recorder");
     gCallbacks->MovePlayed(u"e2e4");
@@ -211,54 +252,38 @@ TEST_F(HostFixture, PlayingWhiteTheEngineMovesAtOnceAndItsNameGoesToWhite) {
     EXPECT_TRUE(game.modified);
 }
 
-TEST_F(HostFixture, MovesGoBothWaysAndTheEnginesOwnMoveIsNotSentBack) {
+// The user's moves go in the engine's notation and make it think; its own move is not sent
+// back. Coordinate moves go both ways in the other tests.
+TEST_F(HostFixture, SanEnginesGetAndGiveSan) {
+    engine.flags = 0;
     ASSERT_TRUE(Start(true, true));
     engine.calls.clear();
     Play("e4");
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{"PlayMove e2e4"}));
     EXPECT_TRUE(host.Thinking());
-    gCallbacks->MovePlayed(u"c7c5");
-    EXPECT_EQ(engine.calls.size(), 1u) << "the engine's own move is not sent to it";
-    EXPECT_EQ(game.Current()->SideToMove(), kWhite);
-    Play("Nf3");
-    EXPECT_EQ(engine.calls.back(), "PlayMove g1f3");
-}
-
-TEST_F(HostFixture, SanEnginesGetSanWithoutGlyphs) {
-    engine.flags = 0;
-    ASSERT_TRUE(Start(true, true));
-    Position* after = Play("e4");
-    after->ArrivalNode()->nag = 1;
-    engine.calls.clear();
     gCallbacks->MovePlayed(u"Nf6");
+    EXPECT_FALSE(host.Thinking());
     Play("e5");
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{"PlayMove e5"}));
+    EXPECT_EQ(engine.calls, (Lines{"PlayMove e4", "PlayMove e5"}));
 }
 
 // Browsing away and playing elsewhere: in play the engine hears the position before the move,
 // then the move; in analysis it only hears the position after it.
-TEST_F(HostFixture, OutOfStepPositionsAreSentBeforeTheMove) {
+TEST_F(HostFixture, OutOfStepPositionsAreSentInPlayAndInAnalysis) {
     ASSERT_TRUE(Start(true, true));
     Play("e4");
     gCallbacks->MovePlayed(u"e7e5");
     game.GoToStart();
     engine.calls.clear();
     Play("d4");
-    ASSERT_EQ(engine.calls.size(), 2u);
-    EXPECT_EQ(engine.calls[0],
-              "SetPosition rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
-    EXPECT_EQ(engine.calls[1], "PlayMove d2d4");
-}
-
-TEST_F(HostFixture, AnalysisFollowsBrowsingWithThePositionOnly) {
+    EXPECT_EQ(engine.calls,
+              (Lines{"SetPosition rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+                     "PlayMove d2d4"}));
     ASSERT_TRUE(Start(false, true));
-    Play("e4");
     game.GoToStart();
     engine.calls.clear();
-    Play("d4");
-    EXPECT_EQ(engine.calls, (std::vector<std::string>{
-                                "SetPosition rnbqkbnr/pppppppp/8/8/3P4/8/PPP1PPPP/RNBQKBNR b "
-                                "KQkq d3 0 1"}));
+    Play("c4");
+    EXPECT_EQ(engine.calls,
+              Lines{"SetPosition rnbqkbnr/pppppppp/8/8/2P5/8/PP1PPPPP/RNBQKBNR b KQkq c3 0 1"});
 }
 
 TEST_F(HostFixture, CoordinateMovesPromoteAndBadOnesAreReported) {
@@ -291,20 +316,29 @@ TEST_F(HostFixture, CoordinateMovesPromoteAndBadOnesAreReported) {
     }
 }
 
-TEST_F(HostFixture, ResendAfterADeletedMoveGoesWhenItIsTheEnginesTurn) {
+// A deleted move, or the engine switching sides, sends the position again at the next change,
+// and Go when it is the engine's turn there.
+TEST_F(HostFixture, ResendsAfterADeletedMoveAndAfterSwitchingSides) {
     ASSERT_TRUE(Start(true, true));
     Position* afterE4 = Play("e4");
     gCallbacks->MovePlayed(u"e7e5");
+    Position* afterE5 = game.Current();
     engine.calls.clear();
     host.OnPositionChanged(afterE4);
     EXPECT_TRUE(engine.calls.empty()) << "no resend asked";
     host.SetResend();
     game.SetCurrent(afterE4);
-    EXPECT_EQ(
-        engine.calls,
-        (std::vector<std::string>{
-            "SetPosition rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1", "Go"}));
+    EXPECT_EQ(engine.calls, (Lines{std::string("SetPosition ") + kAfterE4, "Go"}));
     EXPECT_TRUE(host.Thinking());
+
+    window.messages.clear();
+    engine.calls.clear();
+    gCallbacks->SwitchSides();
+    EXPECT_EQ(window.messages, (std::vector<unsigned>{kEngineSwitchedSides}));
+    // The engine plays White now: its turn after e5.
+    game.SetCurrent(afterE5);
+    ASSERT_EQ(engine.calls.size(), 2u);
+    EXPECT_EQ(engine.calls[1], "Go");
 }
 
 TEST(EngineHostSearchLine, ControlRunsBecomeOneBlankAndTheLineIsCut) {
@@ -357,20 +391,6 @@ TEST_F(HostFixture, GameOverShowsItsBoxOnceButAlwaysSetsTheResult) {
     EXPECT_EQ(window.messages.size(), 2u);
 }
 
-TEST_F(HostFixture, SwitchingSidesFlipsTheColourAndResends) {
-    ASSERT_TRUE(Start(true, true));
-    Play("e4");
-    gCallbacks->MovePlayed(u"e7e5");
-    window.messages.clear();
-    engine.calls.clear();
-    gCallbacks->SwitchSides();
-    EXPECT_EQ(window.messages, (std::vector<unsigned>{kEngineSwitchedSides}));
-    // White to move after e5: now the engine's turn.
-    game.SetCurrent(game.Current());
-    ASSERT_EQ(engine.calls.size(), 2u);
-    EXPECT_EQ(engine.calls[1], "Go");
-}
-
 TEST_F(HostFixture, ForwardsCommandsAndStopsAndReleases) {
     EXPECT_EQ(host.ForwardCommand(nullptr, 45001, 0), 0) << "no engine yet";
     ASSERT_TRUE(Start(true, true));
@@ -380,22 +400,12 @@ TEST_F(HostFixture, ForwardsCommandsAndStopsAndReleases) {
     EXPECT_FALSE(host.IsAlive());
     host.StopEngine();
     EXPECT_EQ(engine.calls.back(), "Stop");
-}
-
-TEST(EngineHostLifetime, TheEngineIsReleasedWithTheHost) {
-    test::MemoryFileSystem files;
-    files.files[u"/p/Engines/A/A.dll"] = "";
-    RecordingEngine engine;
-    gEngineToLoad = &engine;
+    EXPECT_FALSE(engine.released);
     {
-        EngineHost host(u"/p/", files, [](const std::u16string&, platform::ErrorCode* e) {
-            *e = 0;
-            return std::unique_ptr<platform::Library>(new StandInLibrary());
-        });
-        ASSERT_TRUE(host.LoadEngine(0));
-        EXPECT_FALSE(engine.released);
+        EngineHost other(u"/p/", files, Loader());
+        ASSERT_TRUE(other.LoadEngine(0));
     }
-    EXPECT_TRUE(engine.released);
+    EXPECT_TRUE(engine.released) << "the engine goes with its host";
 }
 
 }  // namespace

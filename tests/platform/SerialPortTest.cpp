@@ -60,17 +60,6 @@ TEST(SerialLineCutter, HandsOnFullLinesAtOnceWithoutLosingBytes) {
     }
 }
 
-TEST(SerialLineCutter, ResetDropsThePartLine) {
-    std::vector<std::string> lines;
-    SerialLineCutter cutter(Collect, &lines);
-    for (char byte : std::string("garbage"))
-        cutter.Add(static_cast<unsigned char>(byte));
-    cutter.Reset();
-    for (char byte : std::string("Me7-e5\n"))
-        cutter.Add(static_cast<unsigned char>(byte));
-    EXPECT_EQ(lines, std::vector<std::string>{"Me7-e5"});
-}
-
 TEST(SerialPort, ReadsPortNumbersOfComDriverNames) {
     struct Case {
         const char16_t* name;

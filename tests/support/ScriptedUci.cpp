@@ -4,19 +4,14 @@
 //   < TEXT    wait for an input line equal to TEXT (TEXT ending in '*': starting with the rest);
 //             other lines are passed over
 //   > TEXT    write TEXT as a line of output
-//   sleep MS  wait MS milliseconds
 //   exit      end at once
 //   silent    never answer again: read and drop the input until it ends
-// Blank lines and lines starting with '#' are skipped. After the last step the program reads
-// its input until "quit" or its end. With LOG, its process id ("pid N") and then every input
-// line are written to that file as they come.
-#include <chrono>
+// After the last step the program reads its input until "quit" or its end. With LOG, its
+// process id ("pid N") and then every input line are written to that file as they come.
 #include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <string>
-#include <thread>
-#include <vector>
 
 #if defined(_WIN32)
 #include <process.h>
@@ -62,15 +57,12 @@ int main(int argc, char** argv) {
     std::string step, line;
     while (std::getline(script, step)) {
         if (!step.empty() && step.back() == '\r') step.pop_back();
-        if (step.empty() || step[0] == '#') continue;
         if (step.rfind("< ", 0) == 0) {
             do {
                 if (!ReadLine(&line)) return 0;
             } while (!Matches(step.substr(2), line));
         } else if (step.rfind("> ", 0) == 0) {
             std::cout << step.substr(2) << std::endl;
-        } else if (step.rfind("sleep ", 0) == 0) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(step.substr(6))));
         } else if (step == "exit") {
             return 0;
         } else if (step == "silent") {

@@ -26,6 +26,10 @@ struct SanMove {
     std::uint8_t promotion = 0;
 };
 
+// Reads the text of a move. Returns false when it names no square to move to.
+bool ParseSan(const char16_t* text, SanMove* move);
+bool ParseSan(const char* text, SanMove* move);
+
 enum class SanStatus : std::uint8_t {
     Ok,
     Unreadable,  // no target square, or a pawn reaching the last rank without a promotion

@@ -219,6 +219,14 @@ SanResolution ReadSanText(const PositionValue& position, const Ch* text, SanLega
 
 }  // namespace
 
+bool ParseSan(const char16_t* text, SanMove* move) {
+    return ParseSanText(text, move);
+}
+
+bool ParseSan(const char* text, SanMove* move) {
+    return ParseSanText(text, move);
+}
+
 SanResolution ResolveSan(const PositionValue& position, const SanMove& san, SanLegality legality) {
     const bool white = position.sideToMove == kWhite;
     switch (san.kind) {

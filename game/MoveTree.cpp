@@ -92,6 +92,10 @@ Position::Position(Position& previous, Move move, void* promotionContext)
     const PlayedMove played = PlayOnValue(value_, move);
     MoveNode* node = new MoveNode(&previous, this, move.from, move.to, value_.moveNumber);
     arrivalNode_ = node;
+    if (played.effects.captured || played.effects.enPassantCapture) {
+        node->RecordCapture(played.effects.capturedCode,
+                            played.effects.enPassantCapture ? move.to : Square{0});
+    }
     node->castlingKind = played.effects.castlingKind;
     node->promotion = played.promotion;
     node->givesCheck = played.givesCheck;
@@ -184,6 +188,19 @@ void DestroyLine(MoveNode* node) {
     }
 }
 
+void MoveNode::RecordCapture(PieceCode code, Square enPassantTarget) {
+    captures = true;
+    capturedCode = code;
+    enPassantSquare = enPassantTarget;
+}
+
+bool MoveNode::GetCapture(PieceCode* code, Square* square) const {
+    if (!captures) return false;
+    if (code) *code = capturedCode;
+    if (square) *square = enPassantSquare;
+    return true;
+}
+
 MoveNode* MoveNode::FirstVariation() const {
     return previousAlternative == nullptr ? nextAlternative : nullptr;
 }
@@ -267,6 +284,14 @@ void MoveNode::Relevel(int newLevel) {
             }
         }
     }
+}
+
+MoveNode* MoveNode::VariationStart() {
+    MoveNode* node = this;
+    while (node != nullptr && node->previousAlternative == nullptr) {
+        node = node->positionBefore->ArrivalNode();
+    }
+    return node != nullptr ? node->positionBefore->FirstContinuation() : nullptr;
 }
 
 namespace {

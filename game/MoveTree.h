@@ -32,6 +32,11 @@ class MoveNode {
     static void* operator new(std::size_t size);
     static void operator delete(void* block, std::size_t size);
 
+    void RecordCapture(PieceCode code, Square enPassantSquare);
+    // Returns false when the move captured nothing, else true with the captured code and the
+    // en-passant target square (0 for an ordinary capture).
+    bool GetCapture(PieceCode* code, Square* square) const;
+
     // For the first node of a list its next alternative, for any other node null.
     MoveNode* FirstVariation() const;
     // The next alternative, but only for a node that is itself an alternative.
@@ -53,6 +58,9 @@ class MoveNode {
     // Gives this node the level, its continuations the same, and its later alternatives
     // level + 1 (their own continuations their level).
     void Relevel(int newLevel);
+    // The main-line move from which the variation holding this node branches; null when the
+    // node is on the game's main line.
+    MoveNode* VariationStart();
     // The node printed just before this one when each move is followed by its variations and
     // then its continuation; null for the first move of the game.
     MoveNode* PreviousInNotation();
@@ -60,6 +68,9 @@ class MoveNode {
     Square from;
     Square to;
     std::uint8_t moveNumber;
+    bool captures = false;
+    PieceCode capturedCode = 0;
+    Square enPassantSquare = 0;
     std::uint8_t castlingKind = 0;  // 0 none, 1 king-side, 2 queen-side
     std::uint8_t level = 0;
     std::uint8_t promotion = 0;  // piece type 2..5, or 0

@@ -162,6 +162,37 @@ bool MemorySettingsStore::WriteValue(StoreRoot root, const std::u16string& path,
     return true;
 }
 
+bool MemorySettingsStore::DeleteValue(StoreRoot root, const std::u16string& path,
+                                      const std::u16string& name) {
+    Key* key = Find(root, path, false);
+    if (key == nullptr) return false;
+    for (auto it = key->values.begin(); it != key->values.end(); ++it) {
+        if (SameName(it->name, name)) {
+            key->values.erase(it);
+            return true;
+        }
+    }
+    return false;
+}
+
+int MemorySettingsStore::ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                                     std::u16string* name) const {
+    const Key* key = Find(root, path);
+    if (key == nullptr) return kStoreNotFound;
+    if (index < 0 || index >= static_cast<int>(key->values.size())) return kStoreNoMoreItems;
+    *name = key->values[index].name;
+    return kStoreOk;
+}
+
+int MemorySettingsStore::SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                                      std::u16string* name) const {
+    const Key* key = Find(root, path);
+    if (key == nullptr) return kStoreNotFound;
+    if (index < 0 || index >= static_cast<int>(key->keys.size())) return kStoreNoMoreItems;
+    *name = key->keys[index]->name;
+    return kStoreOk;
+}
+
 std::string MemorySettingsStore::ToText() const {
     std::string out;
     // Every key is written, parents before children, so empty keys survive a round trip.
@@ -332,6 +363,26 @@ bool RegistryKey::SetString(const std::u16string& name, const std::u16string& te
                                        static_cast<std::uint32_t>((text.size() + 1) * 2));
 }
 
+bool RegistryKey::GetBinary(const std::u16string& name, void* buffer, std::uint32_t* size) const {
+    return open_ && store_->ReadValue(root_, path_, name, nullptr, buffer, *size, size) == kStoreOk;
+}
+
+bool RegistryKey::SetBinary(const std::u16string& name, const void* data, std::uint32_t size) {
+    return open_ && store_->WriteValue(root_, path_, name, ValueType::Binary, data, size);
+}
+
+bool RegistryKey::EnumValue(int* index, std::u16string* name) const {
+    if (!open_ || store_->ValueNameAt(root_, path_, *index, name) != kStoreOk) return false;
+    ++*index;
+    return true;
+}
+
+bool RegistryKey::EnumSubkey(int* index, std::u16string* name) const {
+    if (!open_ || store_->SubkeyNameAt(root_, path_, *index, name) != kStoreOk) return false;
+    ++*index;
+    return true;
+}
+
 int RegistryKey::ValueSize(const std::u16string& name) const {
     std::uint32_t size = 0;
     char probe = 0;
@@ -342,6 +393,22 @@ int RegistryKey::ValueSize(const std::u16string& name) const {
         return -1;
     }
     return static_cast<int>(size);
+}
+
+bool RegistryKey::Exists(const std::u16string& name) const {
+    std::uint32_t size = 0;
+    char probe = 0;
+    if (!open_) return false;
+    int result = store_->ReadValue(root_, path_, name, nullptr, &probe, 1, &size);
+    return result == kStoreOk || result == kStoreMoreData;
+}
+
+bool RegistryKey::DeleteValue(const std::u16string& name) {
+    return open_ && store_->DeleteValue(root_, path_, name);
+}
+
+bool RegistryKey::DeleteTree(const std::u16string& name) {
+    return open_ && store_->DeleteKey(root_, path_ + u"\\" + name);
 }
 
 }  // namespace velmora::platform

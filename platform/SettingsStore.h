@@ -19,6 +19,7 @@ enum class ValueType : std::uint32_t { String = 1, Binary = 3, Dword = 4 };
 constexpr int kStoreOk = 0;
 constexpr int kStoreNotFound = 2;
 constexpr int kStoreMoreData = 234;
+constexpr int kStoreNoMoreItems = 259;
 
 // A tree of keys; each key holds named values and subkeys. Key and value names compare
 // ignoring the case of ASCII letters, and keep the case they were created with. The empty
@@ -40,6 +41,15 @@ class SettingsStore {
                           std::uint32_t* size) const = 0;
     virtual bool WriteValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
                             ValueType type, const void* data, std::uint32_t size) = 0;
+    virtual bool DeleteValue(StoreRoot root, const std::u16string& path,
+                             const std::u16string& name) = 0;
+    // The name of the value or subkey at index: kStoreOk, kStoreNoMoreItems past the last one,
+    // kStoreNotFound without the key. The memory store keeps creation order; the registry has an
+    // order of its own (Wine sorts names), so callers must not rely on it.
+    virtual int ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                            std::u16string* name) const = 0;
+    virtual int SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                             std::u16string* name) const = 0;
 };
 
 // A store held in memory: what tests use, and what the file store keeps between loads.
@@ -53,6 +63,12 @@ class MemorySettingsStore : public SettingsStore {
                   std::uint32_t* size) const override;
     bool WriteValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
                     ValueType type, const void* data, std::uint32_t size) override;
+    bool DeleteValue(StoreRoot root, const std::u16string& path,
+                     const std::u16string& name) override;
+    int ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                    std::u16string* name) const override;
+    int SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                     std::u16string* name) const override;
 
     // The whole store as text, in the layout of a registry export: a "[ROOT\path]" line per
     // key, then one line per value: "name"=dword:0000002a, "name"="text" (with \\ and \"
@@ -95,6 +111,12 @@ class RegistrySettingsStore : public SettingsStore {
                   std::uint32_t* size) const override;
     bool WriteValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
                     ValueType type, const void* data, std::uint32_t size) override;
+    bool DeleteValue(StoreRoot root, const std::u16string& path,
+                     const std::u16string& name) override;
+    int ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                    std::u16string* name) const override;
+    int SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                     std::u16string* name) const override;
 };
 #else
 // The per-user store of systems without a registry: a MemorySettingsStore kept in one text file
@@ -118,6 +140,12 @@ class FileSettingsStore : public SettingsStore {
     // file; the store in memory holds it all the same.
     bool WriteValue(StoreRoot root, const std::u16string& path, const std::u16string& name,
                     ValueType type, const void* data, std::uint32_t size) override;
+    bool DeleteValue(StoreRoot root, const std::u16string& path,
+                     const std::u16string& name) override;
+    int ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                    std::u16string* name) const override;
+    int SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                     std::u16string* name) const override;
 
     const std::u16string& FilePath() const { return path_; }
 
@@ -168,8 +196,20 @@ class RegistryKey {
         return GetString(u"", buffer, byteSize);
     }
     bool SetDefaultString(const std::u16string& text) { return SetString(u"", text); }
+    // Reads a binary value into buffer; *size holds the buffer's size in bytes and receives the
+    // value's. False when it is missing or does not fit.
+    bool GetBinary(const std::u16string& name, void* buffer, std::uint32_t* size) const;
+    bool SetBinary(const std::u16string& name, const void* data, std::uint32_t size);
+    // The name of the value or subkey at *index; on success *index moves to the next one. False
+    // past the last one. The order is the store's own.
+    bool EnumValue(int* index, std::u16string* name) const;
+    bool EnumSubkey(int* index, std::u16string* name) const;
     // The value's size in bytes, or -1 when it is missing or empty.
     int ValueSize(const std::u16string& name) const;
+    bool Exists(const std::u16string& name) const;
+    bool DeleteValue(const std::u16string& name);
+    // Deletes the subkey name of this key with everything below it.
+    bool DeleteTree(const std::u16string& name);
 
     StoreRoot Root() const { return root_; }
     const std::u16string& Path() const { return path_; }

@@ -122,6 +122,21 @@ bool FileSettingsStore::WriteValue(StoreRoot root, const std::u16string& path,
     return memory_.WriteValue(root, path, name, type, data, size) && Persist();
 }
 
+bool FileSettingsStore::DeleteValue(StoreRoot root, const std::u16string& path,
+                                    const std::u16string& name) {
+    return memory_.DeleteValue(root, path, name) && Persist();
+}
+
+int FileSettingsStore::ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                                   std::u16string* name) const {
+    return memory_.ValueNameAt(root, path, index, name);
+}
+
+int FileSettingsStore::SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                                    std::u16string* name) const {
+    return memory_.SubkeyNameAt(root, path, index, name);
+}
+
 std::u16string SettingsFilePath(const char* xdgConfigHome, const char* home) {
     // A relative XDG_CONFIG_HOME is invalid and ignored, as the base directory rules say.
     if (xdgConfigHome != nullptr && xdgConfigHome[0] == '/') {

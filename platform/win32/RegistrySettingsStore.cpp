@@ -11,6 +11,9 @@ namespace velmora::platform {
 
 namespace {
 
+// Longest key name and value name the registry allows, plus the terminator.
+constexpr DWORD kKeyNameChars = 256;
+constexpr DWORD kValueNameChars = 16384;
 // Name buffer of the subkey enumeration while a tree is deleted.
 constexpr DWORD kDeleteNameChars = 260;
 
@@ -56,14 +59,16 @@ class OpenKey {
     HKEY key_ = nullptr;
 };
 
-// Maps a registry result onto the store's codes: anything but success or a too-small buffer
-// counts as not found.
+// Maps a registry result onto the store's codes: anything but success, a too-small buffer or
+// the end of an enumeration counts as not found.
 int StoreResult(LONG result) {
     switch (result) {
         case ERROR_SUCCESS:
             return kStoreOk;
         case ERROR_MORE_DATA:
             return kStoreMoreData;
+        case ERROR_NO_MORE_ITEMS:
+            return kStoreNoMoreItems;
         default:
             return kStoreNotFound;
     }
@@ -137,6 +142,41 @@ bool RegistrySettingsStore::WriteValue(StoreRoot root, const std::u16string& pat
     return key &&
            RegSetValueExW(key.Get(), win32::ToWin32(name).c_str(), 0, static_cast<DWORD>(type),
                           static_cast<const BYTE*>(data), size) == ERROR_SUCCESS;
+}
+
+bool RegistrySettingsStore::DeleteValue(StoreRoot root, const std::u16string& path,
+                                        const std::u16string& name) {
+    OpenKey key(root, path, KEY_SET_VALUE);
+    return key && RegDeleteValueW(key.Get(), win32::ToWin32(name).c_str()) == ERROR_SUCCESS;
+}
+
+int RegistrySettingsStore::ValueNameAt(StoreRoot root, const std::u16string& path, int index,
+                                       std::u16string* name) const {
+    OpenKey key(root, path, KEY_READ);
+    if (!key) return kStoreNotFound;
+    if (index < 0) return kStoreNoMoreItems;
+    std::wstring buffer(kValueNameChars, L'\0');
+    DWORD length = kValueNameChars;
+    const LONG result = RegEnumValueW(key.Get(), static_cast<DWORD>(index), buffer.data(), &length,
+                                      nullptr, nullptr, nullptr, nullptr);
+    // ERROR_MORE_DATA here would be about the value's data, which was not asked for.
+    if (result != ERROR_SUCCESS) return StoreResult(result);
+    *name = win32::FromWin32(std::wstring_view(buffer.data(), length));
+    return kStoreOk;
+}
+
+int RegistrySettingsStore::SubkeyNameAt(StoreRoot root, const std::u16string& path, int index,
+                                        std::u16string* name) const {
+    OpenKey key(root, path, KEY_READ);
+    if (!key) return kStoreNotFound;
+    if (index < 0) return kStoreNoMoreItems;
+    wchar_t buffer[kKeyNameChars];
+    DWORD length = kKeyNameChars;
+    const LONG result = RegEnumKeyExW(key.Get(), static_cast<DWORD>(index), buffer, &length,
+                                      nullptr, nullptr, nullptr, nullptr);
+    if (result != ERROR_SUCCESS) return StoreResult(result);
+    *name = win32::FromWin32(std::wstring_view(buffer, length));
+    return kStoreOk;
 }
 
 namespace {

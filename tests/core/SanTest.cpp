@@ -80,6 +80,30 @@ TEST(SanReading, StatusesAndMoves) {
     }
 }
 
+// The text alone, written as the piece letter ("P" for a pawn), the file and rank hints ("."
+// for none), the target square and the promotion type; castling as itself; "-" when unread.
+TEST(SanReading, ParseReadsTheTextAlone) {
+    auto parsed = [](const char* text) -> std::string {
+        SanMove m;
+        if (!ParseSan(text, &m)) return "-";
+        if (m.kind == SanKind::CastleShort || m.kind == SanKind::CastleLong)
+            return m.kind == SanKind::CastleShort ? "O-O" : "O-O-O";
+        return {m.kind == SanKind::Pawn ? 'P' : " RNBQK"[m.pieceType - 1],
+                m.fromFile < 0 ? '.' : char('a' + m.fromFile),
+                m.fromRank < 0 ? '.' : char('1' + m.fromRank),
+                char('a' + FileOf(m.to)),
+                char('1' + RankOf(m.to)),
+                '=',
+                char('0' + m.promotion)};
+    };
+    for (const auto& c : testing::Cases(
+             "O-O-O O-O-O, 0-0-0+ O-O-O, O-O O-O, 0-0! O-O, O-O- O-O, exd5 Pe.d5=0, "
+             "ed5 Pe.d5=0, e8=N P..e8=3, bxa1Q Pb.a1=5, e8q P..e8=0, Nbd7 Nb.d7=0, "
+             "R1e2 R.1e2=0, Qh4xe1 Q..h4=0, Kxe2+ K..e2=0, Pe4 K..e4=0, Zz -, Nz9 -, e -"))
+        EXPECT_EQ(parsed(c[0].c_str()), c[1]) << c[0];
+    EXPECT_EQ(parsed(""), "-");
+}
+
 std::string San(const PositionValue& before, Move move, std::uint8_t nag = 0, SanStyle style = {}) {
     char16_t buffer[kSanBufferSize] = {};
     const int length = WriteSan(before, move, nag, style, buffer);

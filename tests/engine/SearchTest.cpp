@@ -133,7 +133,9 @@ TEST(EngineSearch, KeepsToTimeAndNodeLimits) {
         EXPECT_GE(took, test.minMs) << test.moveTimeMs << " " << test.clockMs;
         EXPECT_LT(took, test.maxMs) << test.moveTimeMs << " " << test.clockMs;
         EXPECT_FALSE(result.best.IsNone());
-        if (test.nodes != 0) EXPECT_LE(result.info.nodes, test.nodes + 2048u);
+        if (test.nodes != 0) {
+            EXPECT_LE(result.info.nodes, test.nodes + 2048u);
+        }
     }
 }
 

@@ -69,6 +69,11 @@ class MoveTree : public ::testing::Test {
 TEST_F(MoveTree, LaterMovesBecomeVariationsOneLevelDeeper) {
     EXPECT_EQ(ExpectConsistent(&root), 13);
     ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {g, 1}, {j, 2}, {k, 2}, {h, 1}, {m, 2}, {l, 1}});
+    // Where each variation branches off: the first move of the list its line belongs to.
+    EXPECT_EQ(d->VariationStart(), nullptr);
+    EXPECT_EQ(g->VariationStart(), a);
+    EXPECT_EQ(k->VariationStart(), f);
+    EXPECT_EQ(l->VariationStart(), b);
 }
 
 TEST_F(MoveTree, ReplacingTheFirstAndALaterNode) {
@@ -147,6 +152,12 @@ TEST(TreePosition, PlayMoveRecordsTheMoveOnItsNode) {
     Position root;
     ASSERT_TRUE(root.SetFromText(u"4k3/3p4/8/4P3/8/8/8/4K2R b K - 0 1"));
     Position* taken = Play(Play(&root, "d7d5"), "e5d6");
+    PieceCode captured = 0;
+    Square enPassant = 0;
+    ASSERT_TRUE(taken->ArrivalNode()->GetCapture(&captured, &enPassant));
+    EXPECT_EQ(captured, kBlack + kPawn);
+    EXPECT_EQ(enPassant, Sq("d6"));
+    EXPECT_FALSE(taken->PreviousPosition()->ArrivalNode()->GetCapture(&captured, &enPassant));
     MoveNode* castled = Play(Play(taken, "e8f7"), "e1g1")->ArrivalNode();
     EXPECT_EQ(castled->castlingKind, 1);
     EXPECT_TRUE(castled->givesCheck);  // the rook gives it from f1

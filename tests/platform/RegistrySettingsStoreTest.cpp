@@ -1,7 +1,9 @@
 // The stores behind RegistryKey, held to the same checks: the store in memory everywhere, and on
-// Windows the registry beside it: keys, dwords, strings and sizes.
+// Windows the registry beside it: keys, dwords, strings, sizes, binary values, enumeration and
+// deletion.
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 #include "platform/SettingsStore.h"
@@ -66,6 +68,49 @@ TYPED_TEST(StoreAgreement, ValuesRoundTripAndReportTheirSize) {
     EXPECT_EQ(dword, 7u);
     EXPECT_TRUE(this->store_.KeyExists(StoreRoot::CurrentUser, kBase + u"\\VELMORA"));
     EXPECT_FALSE(this->store_.KeyExists(StoreRoot::CurrentUser, kBase + u"\\Missing"));
+}
+
+// Binary values, enumeration that moves its index only on success, and deleting values and
+// whole trees. Orders differ between stores, so names are compared as sets.
+TYPED_TEST(StoreAgreement, BinaryValuesEnumerationAndDeletion) {
+    RegistryKey key(this->store_);
+    ASSERT_TRUE(key.Open(StoreRoot::CurrentUser, kBase + u"\\Tree", true));
+    const unsigned char bytes[5] = {0, 1, 0x80, 0xFF, 7};
+    EXPECT_TRUE(key.SetBinary(u"Blob", bytes, sizeof bytes));
+    EXPECT_TRUE(key.SetDword(u"Count", 3));
+    unsigned char back[8] = {};
+    std::uint32_t size = 4;
+    EXPECT_FALSE(key.GetBinary(u"Blob", back, &size));  // does not fit
+    size = sizeof back;
+    ASSERT_TRUE(key.GetBinary(u"Blob", back, &size));
+    EXPECT_EQ(size, 5u);
+    EXPECT_EQ(std::basic_string<unsigned char>(back, 5),
+              std::basic_string<unsigned char>(bytes, 5));
+
+    RegistryKey child(this->store_);
+    ASSERT_TRUE(child.Open(key, u"A\\Deep", true));
+    ASSERT_TRUE(child.Open(key, u"B", true));
+    EXPECT_TRUE(child.SetString(u"x", u"y"));
+    auto names = [&](bool subkeys) {
+        std::set<std::u16string> found;
+        int index = 0;
+        std::u16string name;
+        while (subkeys ? key.EnumSubkey(&index, &name) : key.EnumValue(&index, &name))
+            found.insert(name);
+        EXPECT_EQ(index, static_cast<int>(found.size()));  // not moved by the failing call
+        return found;
+    };
+    EXPECT_EQ(names(false), (std::set<std::u16string>{u"Blob", u"Count"}));
+    EXPECT_EQ(names(true), (std::set<std::u16string>{u"A", u"B"}));
+
+    EXPECT_TRUE(key.Exists(u"Count"));
+    EXPECT_TRUE(key.DeleteValue(u"Count"));
+    EXPECT_FALSE(key.Exists(u"Count"));
+    EXPECT_FALSE(key.DeleteValue(u"Count"));
+    EXPECT_TRUE(key.DeleteTree(u"A"));  // has a subkey of its own
+    EXPECT_FALSE(this->store_.KeyExists(StoreRoot::CurrentUser, kBase + u"\\Tree\\A"));
+    EXPECT_TRUE(this->store_.KeyExists(StoreRoot::CurrentUser, kBase + u"\\Tree\\B"));
+    EXPECT_FALSE(key.DeleteTree(u"Missing"));
 }
 
 }  // namespace

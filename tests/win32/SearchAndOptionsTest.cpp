@@ -56,10 +56,6 @@ std::unique_ptr<GameSearchResults> SearchDirectly(const SearchCriteria& criteria
     return search.Run(paths);
 }
 
-std::function<bool(HWND)> HasControl(int id) {
-    return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
-}
-
 void Type(HWND dialog, int id, const wchar_t* text) {
     SetWindowTextW(GetDlgItem(dialog, id), text);
 }

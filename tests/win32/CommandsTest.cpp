@@ -76,6 +76,15 @@ struct Expectation {
     std::function<bool()> after;      // what is true once it ran
 };
 
+// A command that opens the window accept takes, which close ends.
+Expectation Opens(std::function<bool(HWND)> accept, std::function<void(HWND)> close) {
+    return {{}, std::move(accept), std::move(close), {}};
+}
+// A command that, run where before puts the game, makes after true.
+Expectation Does(std::function<void()> before, std::function<bool()> after) {
+    return {std::move(before), {}, {}, std::move(after)};
+}
+
 std::function<void(HWND)> CloseWith(int command) {
     return [command](HWND window) { PostMessageW(window, WM_COMMAND, command, 0); };
 }
@@ -139,10 +148,6 @@ std::string Joined(const std::vector<std::wstring>& texts) {
     return joined;
 }
 
-std::function<bool(HWND)> HasControl(int id) {
-    return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
-}
-
 TEST_F(GuiTest, EveryCommandOfTheMainWindowDoesItsWorkOrIsDisabled) {
     wchar_t temp[MAX_PATH];
     GetTempPathW(MAX_PATH, temp);
@@ -159,23 +164,18 @@ TEST_F(GuiTest, EveryCommandOfTheMainWindowDoesItsWorkOrIsDisabled) {
     CollectToolbar(bar, commands);
     ASSERT_GE(commands.size(), 10u);
 
-    bool quitPosted = false;
     const std::map<int, Expectation> expected = {
-        {ID_NEW_GAME, {{}, HasControl(BoardView::kNotationId), CloseWith(ID_CLOSE_GAME), {}}},
-        {ID_NEW_POSITION, {{}, Titled(L"Setup board"), CloseWith(IDCANCEL), {}}},
-        {ID_SEARCH, {{}, Titled(L"Game search"), CloseWith(IDOK), {}}},
-        {ID_IMPORT_STAR_DIAMOND, {{}, Titled(L"Import Star Diamond Game"), CloseWith(IDOK), {}}},
-        {ID_OPTIONS, {{}, Titled(L"Velmora options"), CancelSheet, {}}},
-        {ID_ABOUT, {{}, Titled(L"About Velmora"), CloseWindow, {}}},
-        {ID_EXIT,
-         {{},
-          {},
-          {},
-          [&] {
-              MSG message;
-              quitPosted = PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != 0;
-              return quitPosted;
-          }}},
+        {ID_NEW_GAME, Opens(HasControl(BoardView::kNotationId), CloseWith(ID_CLOSE_GAME))},
+        {ID_NEW_POSITION, Opens(Titled(L"Setup board"), CloseWith(IDCANCEL))},
+        {ID_SEARCH, Opens(Titled(L"Game search"), CloseWith(IDOK))},
+        {ID_IMPORT_STAR_DIAMOND, Opens(Titled(L"Import Star Diamond Game"), CloseWith(IDOK))},
+        {ID_OPTIONS, Opens(Titled(L"Velmora options"), CancelSheet)},
+        {ID_ABOUT, Opens(Titled(L"About Velmora"), CloseWindow)},
+        {ID_EXIT, Does({},
+                       [] {
+                           MSG message;
+                           return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != 0;
+                       })},
     };
     const std::vector<std::wstring> unknown = SendAll(window, commands, expected);
     EXPECT_TRUE(unknown.empty()) << "commands without a check: " << Joined(unknown);
@@ -251,86 +251,64 @@ TEST_F(GameWindowCommandsTest, EveryCommandOfTheGameWindowDoesItsWorkOrIsDisable
             game->SetCurrent(position);
         };
     };
+    const auto atEnd = [&] { return game->Current()->FirstContinuation() == nullptr; };
     std::map<int, Expectation> expected = {
         {ID_GAME_NEW_POSITION,
          {[&] { game->modified = 0; }, Titled(L"Setup board"), CloseWith(IDCANCEL), {}}},
-        {ID_SAVE, {[&] { game->modified = 1; }, {}, {}, [&] { return game->modified == 0; }}},
+        {ID_SAVE, Does([&] { game->modified = 1; }, [&] { return game->modified == 0; })},
         {ID_SAVE_IF_MODIFIED,
-         {[&] { game->modified = 1; }, {}, {}, [&] { return game->modified == 0; }}},
-        {ID_SAVE_AS, {{}, Titled(L"Save game"), CloseWith(IDCANCEL), {}}},
+         Does([&] { game->modified = 1; }, [&] { return game->modified == 0; })},
+        {ID_SAVE_AS, Opens(Titled(L"Save game"), CloseWith(IDCANCEL))},
         {ID_FIRST_MOVE,
-         {[&] { game->GoToEnd(); },
-          {},
-          {},
-          [&] { return game->Current() == &game->StartPosition(); }}},
-        {ID_LAST_MOVE,
-         {[&] { game->GoToStart(); },
-          {},
-          {},
-          [&] { return game->Current()->FirstContinuation() == nullptr; }}},
-        {ID_LAST_MOVE_TOOLBAR,
-         {[&] { game->GoToStart(); },
-          {},
-          {},
-          [&] { return game->Current()->FirstContinuation() == nullptr; }}},
-        {ID_PREVIOUS_MOVE,
-         {[&] { at(MainLine(4))(); }, {}, {}, [&] { return game->Current() == MainLine(3); }}},
-        {ID_NEXT_MOVE,
-         {[&] { at(MainLine(3))(); }, {}, {}, [&] { return game->Current() == MainLine(4); }}},
-        {ID_LEAVE_VARIATION,
-         {[&] { at(InVariation()->FirstContinuation()->positionAfter)(); },
-          {},
-          {},
-          [&] { return game->Current() != remembered; }}},
+         Does([&] { game->GoToEnd(); }, [&] { return game->Current() == &game->StartPosition(); })},
+        {ID_LAST_MOVE, Does([&] { game->GoToStart(); }, atEnd)},
+        {ID_LAST_MOVE_TOOLBAR, Does([&] { game->GoToStart(); }, atEnd)},
+        {ID_PREVIOUS_MOVE, Does(at(MainLine(4)), [&] { return game->Current() == MainLine(3); })},
+        {ID_NEXT_MOVE, Does(at(MainLine(3)), [&] { return game->Current() == MainLine(4); })},
+        {ID_LEAVE_VARIATION, Does([&] { at(InVariation()->FirstContinuation()->positionAfter)(); },
+                                  [&] { return game->Current() != remembered; })},
         {ID_PROMOTE_LINE,
-         {[&] { at(InVariation())(); },
-          {},
-          {},
-          [&] { return game->StartPosition().FirstContinuation()->positionAfter == remembered; }}},
-        {ID_DELETE_MOVE,
-         {[&] {
-              remembered = MainLine(MainLineLength() - 1);
-              game->GoToEnd();
-          },
-          {},
-          {},
-          [&] {
-              return game->Current() == remembered && remembered->FirstContinuation() == nullptr;
-          }}},
-        {ID_MATERIAL_BALANCE, {{}, Titled(L"Material Balance"), CloseWindow, {}}},
-        {ID_ENGINE_START, {{}, Titled(L"Start game"), CloseWith(IDC_START_CANCEL), {}}},
-        {ID_CONNECT_UCB, {{}, Titled(L"Select serial port"), CloseWith(IDCANCEL), {}}},
-        {ID_OPTIONS, {{}, Titled(L"Velmora options"), CancelSheet, {}}},
-        {ID_ABOUT, {{}, Titled(L"About Velmora"), CloseWindow, {}}},
-        {ID_EDIT_HEADERS, {{}, Titled(L"Game headers"), CloseWindow, {}}},
-        {ID_EDIT_COMMENT, {{}, Titled(L"Comment"), CloseWindow, {}}},
-        {ID_FLIP_BOARD,
-         {[&] { flippedBefore = view->Board().Flipped(); },
-          {},
-          {},
-          [&] { return view->Board().Flipped() != flippedBefore; }}},
-        {ID_NAG_POPUP,
-         {[&] {
-              menuSeen = false;
-              SetTimer(nullptr, 0, 50, EndTrackedMenu);
-          },
-          {},
-          {},
-          [&] { return menuSeen; }}},
+         Does([&] { at(InVariation())(); },
+              [&] {
+                  return game->StartPosition().FirstContinuation()->positionAfter == remembered;
+              })},
+        {ID_DELETE_MOVE, Does(
+                             [&] {
+                                 remembered = MainLine(MainLineLength() - 1);
+                                 game->GoToEnd();
+                             },
+                             [&] {
+                                 return game->Current() == remembered &&
+                                        remembered->FirstContinuation() == nullptr;
+                             })},
+        {ID_MATERIAL_BALANCE, Opens(Titled(L"Material Balance"), CloseWindow)},
+        {ID_ENGINE_START, Opens(Titled(L"Start game"), CloseWith(IDC_START_CANCEL))},
+        {ID_CONNECT_UCB, Opens(Titled(L"Select serial port"), CloseWith(IDCANCEL))},
+        {ID_OPTIONS, Opens(Titled(L"Velmora options"), CancelSheet)},
+        {ID_ABOUT, Opens(Titled(L"About Velmora"), CloseWindow)},
+        {ID_EDIT_HEADERS, Opens(Titled(L"Game headers"), CloseWindow)},
+        {ID_EDIT_COMMENT, Opens(Titled(L"Comment"), CloseWindow)},
+        {ID_FLIP_BOARD, Does([&] { flippedBefore = view->Board().Flipped(); },
+                             [&] { return view->Board().Flipped() != flippedBefore; })},
+        {ID_NAG_POPUP, Does(
+                           [&] {
+                               menuSeen = false;
+                               SetTimer(nullptr, 0, 50, EndTrackedMenu);
+                           },
+                           [&] { return menuSeen; })},
     };
     for (int id = ID_EVAL_NONE; id <= ID_EVAL_BLACK_BETTER; ++id) {
-        expected[id] = {at(MainLine(3)), {}, {}, [&, id] {
-                            return game->Current()->Value().evaluation == ((id + 175) & 255);
-                        }};
+        expected[id] = Does(at(MainLine(3)), [&, id] {
+            return game->Current()->Value().evaluation == ((id + 175) & 255);
+        });
     }
     for (int id = ID_NAG_NONE; id <= ID_NAG_DUBIOUS; ++id) {
-        expected[id] = {[&] {
-                            at(MainLine(3))();
-                            MainLine(3)->ArrivalNode()->nag = 9;
-                        },
-                        {},
-                        {},
-                        [&, id] { return MainLine(3)->ArrivalNode()->nag == ((id + 188) & 255); }};
+        expected[id] = Does(
+            [&] {
+                at(MainLine(3))();
+                MainLine(3)->ArrivalNode()->nag = 9;
+            },
+            [&, id] { return MainLine(3)->ArrivalNode()->nag == ((id + 188) & 255); });
     }
 
     // The commands that stay in the window, in one run of it; the window goes before the

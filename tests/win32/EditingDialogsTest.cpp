@@ -1,15 +1,17 @@
 // The dialogs that edit and save a game, run for real: the board editor with its messages, the
-// headers and tags, the save target, the comment editor, the promotion and new-line questions
-// and the material balance. Each is photographed in portrait and in landscape.
+// headers and tags, the save target, the comment editor, and from the game window the promotion
+// and new-line questions and the material balance. Each is photographed in portrait and in
+// landscape.
+#include "TestFiles.h"
 #include "core/MoveRules.h"
 #include "game/Game.h"
+#include "game/GameIndex.h"
 #include "game/MoveTree.h"
+#include "game/PgnParser.h"
 #include "game/TagDictionary.h"
+#include "gamewindow/BoardView.h"
 #include "gamewindow/CommentDialog.h"
 #include "gamewindow/GameHeadersDialog.h"
-#include "gamewindow/MaterialDialog.h"
-#include "gamewindow/NewLineDialog.h"
-#include "gamewindow/PromotionDialog.h"
 #include "gamewindow/SaveTargetDialog.h"
 #include "gamewindow/SetupBoardDialog.h"
 #include "gamewindow/TagsDialog.h"
@@ -262,40 +264,48 @@ TEST_F(EditingDialogsTest, CommentEditorResetsClearsAndKeepsTheText) {
     EXPECT_EQ(std::u16string(position.Comment()), u"Two lines");
 }
 
-// The small questions of move entry and the material balance: each answers what was tapped.
-TEST_F(EditingDialogsTest, PromotionNewLineAndMaterialDialogs) {
-    WhenPopup(Titled(L"Promotion in"), [&](HWND dialog) {
-        PhotographBothWays(dialog, L"promotion");
-        PostMessageW(dialog, WM_COMMAND, IDC_PROMOTE_KNIGHT, 0);
+// A pawn tapped onto the last rank in the game window asks for its piece, then, beside the move
+// that follows, whether it starts a new line: Replace takes the place of the line picked in the
+// list. The material balance opens on the position reached.
+TEST_F(EditingDialogsTest, MoveEntryAsksForThePieceAndTheNewLine) {
+    test::TempFolder folder;
+    const std::u16string path = folder.Path("promotion.pgn");
+    test::WriteBytes(path,
+                     "[White \"Me\"]\n[Black \"?\"]\n[Result \"*\"]\n[SetUp \"1\"]\n"
+                     "[FEN \"4k3/1P6/8/8/8/8/8/4K3 w - - 0 1\"]\n\n1. Kd2 *\n");
+    GameIndex index(path.c_str());
+    ASSERT_EQ(index.Load(), 1);
+    Game game(&index);
+    ASSERT_TRUE(LoadGame(game, nullptr, index.At(0).Offset(), index.Count()).Ok());
+    game.GoToStart();
+    BoardView view(game);
+    std::vector<std::wstring> offered, rows;
+    WhenPopup(HasControl(BoardView::kNotationId), [&](HWND window) {
+        WhenPopup(Titled(L"Promotion in"), [&](HWND dialog) {
+            PhotographBothWays(dialog, L"promotion");
+            PostMessageW(dialog, WM_COMMAND, IDC_PROMOTE_KNIGHT, 0);
+        });
+        WhenPopup(Titled(L"New line"), [&](HWND dialog) {
+            offered = ListBoxRows(GetDlgItem(dialog, IDC_OTHER_MOVES));
+            PhotographBothWays(dialog, L"new-line");
+            SendDlgItemMessageW(dialog, IDC_OTHER_MOVES, LB_SETCURSEL, 0, 0);
+            PostMessageW(dialog, WM_COMMAND, IDC_NEW_LINE_REPLACE, 0);
+        });
+        MoveByTaps(view, "b7", "b8");
+        rows = ListBoxRows(view.Notation().Window());
+        WhenPopup(Titled(L"Material Balance"), [&](HWND dialog) {
+            PhotographBothWays(dialog, L"material-balance");
+            PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+        });
+        SendMessageW(window, WM_COMMAND, ID_MATERIAL_BALANCE, 0);
+        game.modified = 0;
+        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
     });
-    EXPECT_EQ(ChoosePromotionPiece(frame), 3);
-    EXPECT_EQ(ChoosePromotionPiece(nullptr), 0) << "without a window nothing is asked";
-
-    Position start;
-    start.PlayMove(12, 28, nullptr, 0, nullptr);  // 1. e4
-    start.PlayMove(11, 27, nullptr, 0, nullptr);  // 1. d4
-    std::vector<std::wstring> moves;
-    WhenPopup(Titled(L"New line"), [&](HWND dialog) {
-        moves = ListBoxRows(GetDlgItem(dialog, IDC_OTHER_MOVES));
-        PhotographBothWays(dialog, L"new-line");
-        SendDlgItemMessageW(dialog, IDC_OTHER_MOVES, LB_SETCURSEL, 1, 0);
-        PostMessageW(dialog, WM_COMMAND, IDC_NEW_LINE_REPLACE, 0);
-    });
-    NewLineDialog newLine(start);
-    newLine.DoModal(frame);
-    EXPECT_EQ(moves, (std::vector<std::wstring>{L"1. e4", L"1. d4"}));
-    EXPECT_EQ(newLine.Choice(), NewLineChoice::Replace);
-    EXPECT_EQ(newLine.Replaced(), start.FirstContinuation()->nextAlternative);
-
-    PositionValue material;
-    material.Put(3, 0);   // White has lost the queen
-    material.Put(48, 0);  // and Black a pawn
-    WhenPopup(Titled(L"Material Balance"), [&](HWND dialog) {
-        PhotographBothWays(dialog, L"material-balance");
-        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-    });
-    MaterialDialog balance(material);
-    EXPECT_EQ(balance.DoModal(frame), 1);
+    EXPECT_TRUE(view.Run(frame, 0));
+    EXPECT_TRUE(popupActions.empty());
+    popupActions.clear();
+    EXPECT_EQ(offered, std::vector<std::wstring>{L"1. Kd2"});
+    EXPECT_EQ(rows, (std::vector<std::wstring>{L"   ", L"1. b8=N"}));
 }
 
 }  // namespace

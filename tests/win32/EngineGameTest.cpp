@@ -17,10 +17,6 @@
 namespace velmora::gui {
 namespace {
 
-std::function<bool(HWND)> HasControl(int id) {
-    return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
-}
-
 class EngineGameTest : public GuiTest {
   protected:
     void SetUp() override {

@@ -1,5 +1,6 @@
-// The engine DLLs of the build loaded as the program loads them: UciBridge.dll copied beside an
-// ini file that runs the scripted UCI program, and Engines\Velmora\Velmora.dll.
+// The UCI bridge DLL of the build loaded as the program loads it: copied beside an ini file that
+// runs the scripted UCI program, and as the build ships it. The program's own Velmora.dll plays
+// in the game window (EngineGameTest).
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -94,7 +95,10 @@ class BridgeFolder : public ::testing::Test {
 
 constexpr char kHandshake[] = "< uci\n> id name Scripted\n> uciok\n< isready\n> readyok\n";
 
-TEST_F(BridgeFolder, ShakesHandsAndPlaysAMoveEachWay) {
+// The bridge runs the program with pipes both ways: a program that answers plays a move each way
+// with the ini's options and, killed, is seen to be gone; one that ends at once is refused
+// without waiting for the handshake's timeout.
+TEST_F(BridgeFolder, RunsTheProgramOverPipesAndSeesItEnd) {
     Load(std::string(kHandshake) + "< isready\n> readyok\n< go*\n> bestmove e7e5\n",
          "[Options]\r\nHash=4\r\n");
     ASSERT_NE(engine_->Get(), nullptr);
@@ -106,33 +110,13 @@ TEST_F(BridgeFolder, ShakesHandsAndPlaysAMoveEachWay) {
     (*engine_)->PlayMove(u"e2e4");
     ASSERT_TRUE(host_.WaitFor("MovePlayed", 10000));
     EXPECT_EQ(host_.Calls().back(), "MovePlayed e7e5");
-    EXPECT_EQ((*engine_)->IsAlive(), 1);
-    engine_.reset();
-    const std::string log = Log();
-    for (const char* line : {"setoption name Hash value 4", "position startpos moves e2e4",
-                             "go movetime 4500", "quit"})
-        EXPECT_NE(log.find(line), std::string::npos) << line << " is not in:\n" << log;
-}
-
-TEST_F(BridgeFolder, RefusesAProgramThatEndsAtOnceOrNeverAnswers) {
-    const DWORD start = GetTickCount();
-    Load("exit\n");
-    EXPECT_EQ(engine_->Get(), nullptr);
-    EXPECT_LT(GetTickCount() - start, 8000u);  // well before the 10 s timeout
-    Load("silent\n", "HandshakeTimeout=300\r\n");
-    EXPECT_EQ(engine_->Get(), nullptr);
-}
-
-TEST_F(BridgeFolder, IsNoLongerAliveOnceTheProgramIsKilledMidGame) {
-    Load(kHandshake);
-    ASSERT_NE(engine_->Get(), nullptr);
-    (*engine_)->Start(0, 0, nullptr);
-    (*engine_)->Go();
     std::istringstream log(Log());
     std::string word;
     DWORD pid = 0;
     log >> word >> pid;
     ASSERT_EQ(word, "pid");
+    for (const char* line : {"setoption name Hash value 4", "position startpos moves e2e4"})
+        EXPECT_NE(log.str().find(line), std::string::npos) << line << " is not in:\n" << log.str();
     HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, pid);
     ASSERT_NE(process, nullptr);
     EXPECT_EQ((*engine_)->IsAlive(), 1);
@@ -141,38 +125,31 @@ TEST_F(BridgeFolder, IsNoLongerAliveOnceTheProgramIsKilledMidGame) {
     for (int tries = 0; tries < 300 && (*engine_)->IsAlive() != 0; ++tries)
         Sleep(10);
     EXPECT_EQ((*engine_)->IsAlive(), 0);
+
+    const DWORD start = GetTickCount();
+    Load("exit\n");
+    EXPECT_EQ(engine_->Get(), nullptr);
+    EXPECT_LT(GetTickCount() - start, 8000u);  // well before the 10 s timeout
 }
 
-// Velmora.dll, and UciBridge.dll as the build ships it with velmora-engine.exe beside it.
-TEST(BuiltDlls, PlayAMoveEachWay) {
-    for (const char* path : {VELMORA_ENGINES_DIR "/Velmora/Velmora.dll",
-                             VELMORA_ENGINES_DIR "/UciBridge/UciBridge.dll"}) {
-        RecordingHost host;
-        LoadedEngine engine(WindowsPath(path), &host);
-        ASSERT_NE(engine.Get(), nullptr) << path;
-        EngineInfo info = {kEngineInfoSize, 0, 0, {}};
-        engine->GetInfo(&info);
-        EXPECT_EQ(info.version, 2u);
-        EXPECT_EQ(info.flags, 1u);
-        EXPECT_EQ(std::u16string(info.name), u"Velmora") << path;
-        // The menu is a real one here; choosing a level moves the mark from the default one.
-        HMENU menu = static_cast<HMENU>(engine->GetMenu());
-        ASSERT_NE(menu, nullptr);
-        EXPECT_EQ(GetMenuState(menu, kFirstLevelCommand + 1, MF_BYCOMMAND) & MF_CHECKED,
-                  static_cast<UINT>(MF_CHECKED));
-        EXPECT_EQ(engine->OnCommand(nullptr, kFirstLevelCommand, 0), 1);  // 1 second per move
-        EXPECT_EQ(GetMenuState(menu, kFirstLevelCommand, MF_BYCOMMAND) & MF_CHECKED,
-                  static_cast<UINT>(MF_CHECKED));
-        EXPECT_EQ(GetMenuState(menu, kFirstLevelCommand + 1, MF_BYCOMMAND) & MF_CHECKED, 0u);
-
-        engine->Start(1, 0, nullptr);
-        engine->SetAnalysis(0);
-        engine->PlayMove(u"e2e4");
-        ASSERT_TRUE(host.WaitFor("MovePlayed", 10000)) << path;
-        host.TakeCalls();
-        engine->PlayMove(u"g1f3");  // no reply of Black to 1. e4 prevents it
-        ASSERT_TRUE(host.WaitFor("MovePlayed", 10000)) << path;
-    }
+// UciBridge.dll as the build ships it, with velmora-engine.exe beside it, and its level menu: a
+// real menu whose mark moves to the level chosen.
+TEST(BuiltBridge, RunsTheEngineBesideItAndMarksTheLevelChosen) {
+    RecordingHost host;
+    LoadedEngine engine(WindowsPath(VELMORA_ENGINES_DIR "/UciBridge/UciBridge.dll"), &host);
+    ASSERT_NE(engine.Get(), nullptr);
+    EngineInfo info = {kEngineInfoSize, 0, 0, {}};
+    engine->GetInfo(&info);
+    EXPECT_EQ(std::u16string(info.name), u"Velmora");
+    HMENU menu = static_cast<HMENU>(engine->GetMenu());
+    ASSERT_NE(menu, nullptr);
+    const auto checked = [&](int command) {
+        return (GetMenuState(menu, kFirstLevelCommand + command, MF_BYCOMMAND) & MF_CHECKED) != 0;
+    };
+    EXPECT_TRUE(checked(1));
+    EXPECT_EQ(engine->OnCommand(nullptr, kFirstLevelCommand, 0), 1);  // 1 second per move
+    EXPECT_TRUE(checked(0));
+    EXPECT_FALSE(checked(1));
 }
 
 }  // namespace

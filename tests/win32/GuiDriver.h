@@ -30,24 +30,6 @@ inline std::wstring DataPath(const wchar_t* name) {
     return std::wstring(folder.begin(), folder.end()) + L"/" + name;
 }
 
-// Runs action from inside the next modal loop (a thread timer fires there once).
-inline std::vector<std::function<void()>> pendingActions;
-inline void CALLBACK FireAction(HWND, UINT, UINT_PTR id, DWORD) {
-    // Waits until the modal loop has shown its dialog, as a person would see it.
-    HWND frame = pocketpc::DeviceFrame();
-    HWND popup = frame != nullptr ? GetLastActivePopup(frame) : nullptr;
-    if (popup == nullptr || popup == frame || !IsWindowVisible(popup)) return;
-    KillTimer(nullptr, id);
-    if (pendingActions.empty()) return;
-    std::function<void()> action = std::move(pendingActions.front());
-    pendingActions.erase(pendingActions.begin());
-    action();
-}
-inline void WhenModal(std::function<void()> action) {
-    pendingActions.push_back(std::move(action));
-    SetTimer(nullptr, 0, 50, FireAction);
-}
-
 // Runs each action, in order, once the frame's last active popup is visible and its accept
 // says it is the window the action waits for (a dialog, a message box over it, ...).
 struct PopupAction {
@@ -73,6 +55,10 @@ inline void WhenPopup(std::function<bool(HWND)> accept, std::function<void(HWND)
     popupActions.push_back({std::move(accept), std::move(action)});
     if (popupActions.size() == 1) SetTimer(nullptr, 0, 50, FirePopupAction);
 }
+// Runs action from inside the next modal loop, once its window shows.
+inline void WhenModal(std::function<void()> action) {
+    WhenPopup([](HWND) { return true; }, [action = std::move(action)](HWND) { action(); });
+}
 // Accepts the window whose title is caption.
 inline std::function<bool(HWND)> Titled(std::wstring caption) {
     return [caption](HWND window) {
@@ -80,6 +66,11 @@ inline std::function<bool(HWND)> Titled(std::wstring caption) {
         GetWindowTextW(window, text, 256);
         return caption == text;
     };
+}
+
+// Accepts the window that holds a control of the given id.
+inline std::function<bool(HWND)> HasControl(int id) {
+    return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
 }
 
 inline void Pump() {

@@ -56,10 +56,6 @@ std::unique_ptr<GameSearchResults> SearchDirectly(const SearchCriteria& criteria
     return search.Run(paths);
 }
 
-std::function<bool(HWND)> HasControl(int id) {
-    return [id](HWND window) { return GetDlgItem(window, id) != nullptr; };
-}
-
 void Type(HWND dialog, int id, const wchar_t* text) {
     SetWindowTextW(GetDlgItem(dialog, id), text);
 }
@@ -409,17 +405,6 @@ TEST_F(SearchAndOptionsTest, OptionsAreStoredOnOkAndKeptInMemoryOnCancel) {
     EXPECT_EQ(drawing->highlightColour, 0x00FF80FFu);
     next.Load(platform::SystemSettingsStore());
     EXPECT_EQ(next.layout, 3u);
-
-    // A stored layout code that is none of the five shows no layout and survives the page.
-    settings->layout = 7;
-    int selection = 0;
-    RunSheet(frame, *settings, [&](HWND sheet) {
-        selection = static_cast<int>(
-            SendDlgItemMessageW(ShowPage(sheet, 0), IDC_LAYOUT, CB_GETCURSEL, 0, 0));
-        Press(sheet, PSBTN_OK);
-    });
-    EXPECT_EQ(selection, CB_ERR);
-    EXPECT_EQ(settings->layout, 7u);
 }
 
 TEST_F(SearchAndOptionsTest, GameWindowFollowsTheLayoutAndPieceSetChosen) {

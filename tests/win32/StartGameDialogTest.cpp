@@ -78,8 +78,17 @@ TEST_F(StartGameDialogTest, FirstStartOffersEveryEngineAndReturnsTheChoices) {
     EXPECT_FALSE(choice.enginePlaysBlack);
 }
 
-// An engine already loaded stays the only choice: its entry is selected, the list disabled.
-TEST_F(StartGameDialogTest, LoadedEngineIsSelectedAndCannotBeChanged) {
+// Cancel returns 2 and leaves the choice as it was. An engine already loaded stays the only
+// choice: its entry is selected, the list disabled.
+TEST_F(StartGameDialogTest, CancelLeavesTheChoiceAndALoadedEngineCannotBeChanged) {
+    WhenPopup(Titled(L"Start game"), [&](HWND dialog) {
+        SendDlgItemMessageW(dialog, IDC_START_ENGINE, CB_SETCURSEL, 2, 0);
+        Click(dialog, IDC_START_CANCEL);
+    });
+    EXPECT_EQ(RunStartGameDialog(frame, choice), 2);
+    EXPECT_EQ(choice.chosen, 7);
+    EXPECT_FALSE(choice.play);
+
     choice.loadedIndex = 1;
     Seen opened;
     WhenPopup(Titled(L"Start game"), [&](HWND dialog) {
@@ -91,16 +100,6 @@ TEST_F(StartGameDialogTest, LoadedEngineIsSelectedAndCannotBeChanged) {
     EXPECT_EQ(opened.selected, 1);
     EXPECT_FALSE(opened.listEnabled);
     EXPECT_EQ(choice.chosen, 1);
-    EXPECT_FALSE(choice.play);
-}
-
-TEST_F(StartGameDialogTest, CancelReturnsTwoAndLeavesTheChoice) {
-    WhenPopup(Titled(L"Start game"), [&](HWND dialog) {
-        SendDlgItemMessageW(dialog, IDC_START_ENGINE, CB_SETCURSEL, 2, 0);
-        Click(dialog, IDC_START_CANCEL);
-    });
-    EXPECT_EQ(RunStartGameDialog(frame, choice), 2);
-    EXPECT_EQ(choice.chosen, 7);
     EXPECT_FALSE(choice.play);
 }
 

@@ -48,13 +48,9 @@ class RecordingEngine final : public plugin::Engine {
     }
     void Go() override { calls.push_back("Go"); }
     int IsAlive() override { return alive; }
-    void SetAnalysis(int analyse) override {
-        calls.push_back("SetAnalysis " + std::to_string(analyse));
-    }
+    void SetAnalysis(int on) override { calls.push_back("SetAnalysis " + std::to_string(on)); }
 
-    std::uint32_t version = 2;
-    std::uint32_t flags = 1;
-    std::uint32_t sizeAsked = 0;
+    std::uint32_t version = 2, flags = 1, sizeAsked = 0;
     int alive = 1;
     bool released = false;
     std::vector<std::string> calls;
@@ -88,7 +84,6 @@ class RecordingWindow final : public EngineHostWindow {
   public:
     void SendToWindow(unsigned message, std::uintptr_t wParam) override {
         messages.push_back(message);
-        if (message == kEngineShowInfo) shown = static_cast<int>(wParam);
         if (message == kEngineMoveReady && host != nullptr) host->HandleEngineMove();
         if (message == kEngineMessageBox) boxes.push_back(WideToUtf8(host->MessageText()));
     }
@@ -114,15 +109,12 @@ class RecordingWindow final : public EngineHostWindow {
     std::vector<unsigned> messages;
     std::vector<std::string> boxes;
     std::vector<std::u16string> sounds;
-    int shown = -1;
 };
 
 struct HostFixture : ::testing::Test {
     static test::MemoryFileSystem TwoEngines() {
         test::MemoryFileSystem files;
-        files.files[u"/p/Engines/Alpha/Alpha.dll"] = "";
-        files.files[u"/p/Engines/Beta/Beta.dll"] = "";
-        files.files[u"/p/Engines/readme.txt"] = "";
+        files.files = {{u"/p/Engines/Alpha/Alpha.dll", ""}, {u"/p/Engines/Beta/Beta.dll", ""}};
         return files;
     }
     HostFixture() {
@@ -175,7 +167,6 @@ TEST(EngineHostDiscovery, KeepsTheFirstTwentyFoldersAndNoFiles) {
     ASSERT_EQ(host.EngineCount(), 20);
     EXPECT_EQ(host.Names().front(), u"E100");
     EXPECT_EQ(host.Names().back(), u"E119");
-    EXPECT_EQ(host.LoadedIndex(), -1);
     EXPECT_TRUE(host.IsAlive()) << "no engine counts as alive";
 
     EngineHost none(u"/nowhere/", files);
@@ -188,11 +179,8 @@ TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     EXPECT_EQ(engine.calls, (Lines{"SetWindow", "Start 1 0 null", "SetAnalysis 0"}));
     EXPECT_EQ(window.loadedIndex, -1);
     EXPECT_EQ(window.names, (std::vector<std::u16string>{u"Alpha", u"Beta"}));
-    EXPECT_EQ(host.LoadedIndex(), 1);
     EXPECT_EQ(loadedPaths, std::vector<std::u16string>{u"/p/Engines/Beta/Beta"});
     EXPECT_EQ(engine.sizeAsked, 76u);
-    EXPECT_EQ(host.EngineName(), u"Recorder");
-    EXPECT_TRUE(host.CoordinateMoves());
     // A second start offers the loaded engine only; loading another is refused. The position's
     // text goes only when asked for.
     Play("e4");
@@ -341,13 +329,6 @@ TEST_F(HostFixture, ResendsAfterADeletedMoveAndAfterSwitchingSides) {
     EXPECT_EQ(engine.calls[1], "Go");
 }
 
-TEST(EngineHostSearchLine, ControlRunsBecomeOneBlankAndTheLineIsCut) {
-    EXPECT_EQ(CleanSearchLine("e4\te5\r\n\tNf3  Nc6"), "e4 e5 Nf3  Nc6");
-    EXPECT_EQ(CleanSearchLine("\n\nx\n"), " x ");
-    EXPECT_EQ(CleanSearchLine(std::string(200, 'a').c_str()), std::string(127, 'a'));
-    EXPECT_EQ(CleanSearchLine(nullptr), "");
-}
-
 TEST_F(HostFixture, CallbacksStoreAndTellTheWindow) {
     ASSERT_TRUE(Start(true, true));
     window.messages.clear();
@@ -358,16 +339,13 @@ TEST_F(HostFixture, CallbacksStoreAndTellTheWindow) {
     host.GetSearchInfo(&n[0], &n[1], &n[2], &n[3], move, 16, line, 128);
     EXPECT_EQ((std::vector<int>{n[0], n[1], n[2], n[3]}), (std::vector<int>{7, 250, 123456, 3050}));
     EXPECT_EQ(WideToUtf8(move), "+0.35 and a lon");
-    EXPECT_EQ(WideToUtf8(line), "e4 e5");
+    EXPECT_EQ(WideToUtf8(line), "e4 e5");  // a run of control characters is one blank
+    EXPECT_EQ(CleanSearchLine(std::string(200, 'a').c_str()), std::string(127, 'a'));
+    EXPECT_EQ(CleanSearchLine(nullptr), "");
 
     gCallbacks->ShowInfo(1);
-    EXPECT_EQ(window.shown, 1);
     gCallbacks->SetTimeControl(0, 40, 7200, 0, 3600, 0, 5);
     EXPECT_EQ(game.GetSettings(), (SettingsBlock{0, 40, 7200, 0, 3600, 0, 5}));
-    host.PublishClockTimes(60000, 55000, 12);
-    std::int32_t white = 0, black = 0, toGo = 0;
-    gCallbacks->GetClockTimes(&white, &black, &toGo);
-    EXPECT_EQ((std::vector<int>{white, black, toGo}), (std::vector<int>{60000, 55000, 12}));
     gCallbacks->SetEngineName(u"Deep Recorder");
     EXPECT_EQ(WideToUtf8(game.black.View()), "Deep Recorder");
     EXPECT_EQ(window.messages, (std::vector<unsigned>{kEngineSearchInfo, kEngineShowInfo}));
@@ -395,11 +373,8 @@ TEST_F(HostFixture, ForwardsCommandsAndStopsAndReleases) {
     EXPECT_EQ(host.ForwardCommand(nullptr, 45001, 0), 0) << "no engine yet";
     ASSERT_TRUE(Start(true, true));
     EXPECT_EQ(host.ForwardCommand(nullptr, 45001, 0), 1);
-    EXPECT_EQ(host.ForwardCommand(nullptr, 45002, 0), 0);
     engine.alive = 0;
     EXPECT_FALSE(host.IsAlive());
-    host.StopEngine();
-    EXPECT_EQ(engine.calls.back(), "Stop");
     EXPECT_FALSE(engine.released);
     {
         EngineHost other(u"/p/", files, Loader());

@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "engine/PluginInterface.h"
@@ -49,16 +50,12 @@ class RecordingHost final : public HostCallbacks {
     }
     void GetClockTimes(std::int32_t* white, std::int32_t* black, std::int32_t* movesToGo) override {
         std::lock_guard<std::mutex> lock(mutex_);
-        *white = white_;
-        *black = black_;
-        *movesToGo = movesToGo_;
+        std::tie(*white, *black, *movesToGo) = std::tie(white_, black_, movesToGo_);
     }
 
     void SetClock(std::int32_t white, std::int32_t black, std::int32_t movesToGo) {
         std::lock_guard<std::mutex> lock(mutex_);
-        white_ = white;
-        black_ = black;
-        movesToGo_ = movesToGo;
+        std::tie(white_, black_, movesToGo_) = std::tie(white, black, movesToGo);
     }
     std::vector<std::string> Calls() {
         std::lock_guard<std::mutex> lock(mutex_);

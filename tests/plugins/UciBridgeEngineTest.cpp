@@ -183,13 +183,6 @@ TEST_F(BridgeLibrary, HearsNothingAfterStop) {
     EXPECT_EQ(Sent(), Lines{"stop"});
     Hear({"info depth 9 score cp 3 nodes 10 time 1 pv e2e4", "bestmove e2e4"});
     EXPECT_EQ(host_.TakeCalls(), Lines{"ShowInfo 1"});
-    // The next game window starts the same library again.
-    engine_->Start(1, 0, nullptr);
-    engine_->PlayMove(u"e2e4");
-    Hear({"readyok"});
-    EXPECT_EQ(Sent(),
-              (Lines{"ucinewgame", "isready", "position startpos moves e2e4", "go movetime 4500"}));
-    EXPECT_EQ(host_.TakeCalls(), Lines{"ShowInfo 1"});
 }
 
 }  // namespace

@@ -369,7 +369,7 @@ TEST_F(HostFixture, GameOverShowsItsBoxOnceButAlwaysSetsTheResult) {
     EXPECT_EQ(window.messages.size(), 2u);
 }
 
-TEST_F(HostFixture, ForwardsCommandsAndStopsAndReleases) {
+TEST_F(HostFixture, ForwardsCommandsAndGoesWithItsEngine) {
     EXPECT_EQ(host.ForwardCommand(nullptr, 45001, 0), 0) << "no engine yet";
     ASSERT_TRUE(Start(true, true));
     EXPECT_EQ(host.ForwardCommand(nullptr, 45001, 0), 1);

@@ -1,5 +1,6 @@
-// The bridge's ini file: sections, keys in any case, comments, options in order, the timeout,
-// and the program's path made absolute.
+// The bridge's ini file: sections, keys in any case, comments, options in order, the timeout.
+// A program's path relative to the ini's folder is made absolute when the built bridge runs
+// velmora-engine beside it (native/EngineLibrariesTest).
 #include <gtest/gtest.h>
 
 #include <string>
@@ -51,11 +52,6 @@ TEST(BridgeSettings, ReadsTheIniText) {
         EXPECT_EQ(ReadBridgeSettings(test.text, &read), test.readable) << test.text;
         EXPECT_EQ(read.handshakeTimeoutMs, kDefaultHandshakeTimeoutMs) << test.text;
     }
-}
-
-TEST(BridgeSettings, FindsTheFolderOfAPath) {
-    EXPECT_EQ(FolderOf(u"Z:/x\\y.ini"), u"Z:/x\\");
-    EXPECT_EQ(FolderOf(u"UciBridge.ini"), u"");
 }
 
 }  // namespace

@@ -28,7 +28,6 @@ TEST(EngineUci, ReadsGoParameters) {
         bool infinite;
     };
     const Case kCases[] = {
-        {"go movetime 150", true, 0, 150, 0, false},
         {"go nodes 123456789012", true, 0, 0, 123456789012ULL, false},
         {"go infinite", true, 0, 0, 0, true},
         {"go ponder depth 3 searchmoves e2e4", true, 3, 0, 0, false},  // unknown words skipped
@@ -61,8 +60,8 @@ class UciConversation : public ::testing::Test {
     bool alive_ = true;
 };
 
-// The handshake, the search's lines and the name it gives are checked over the bridge with the
-// built program (tests/plugins/native).
+// The handshake, the search's lines, the name it gives, "position startpos moves" and
+// "go movetime" are checked over the bridge with the built program (tests/plugins/native).
 TEST_F(UciConversation, OffersHashAndSetsPositionsAndOptions) {
     const std::vector<std::string> hello = Say("uci");
     EXPECT_EQ(std::count_if(hello.begin(), hello.end(),
@@ -70,9 +69,6 @@ TEST_F(UciConversation, OffersHashAndSetsPositionsAndOptions) {
                                 return line.rfind("option name Hash type spin", 0) == 0;
                             }),
               1);
-    Say("position startpos moves e2e4 c7c5 g1f3");
-    EXPECT_EQ(engine_.CurrentBoard().Fen(),
-              "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2");
     Say("position fen 8/4P1k1/8/8/8/8/8/4K3 w - - 0 1 moves e7e8n g7g6");
     EXPECT_EQ(engine_.CurrentBoard().Fen(), "4N3/8/6k1/8/8/8/8/4K3 w - - 1 2");
     // An illegal move leaves the last good position and says so.

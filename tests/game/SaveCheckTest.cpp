@@ -76,7 +76,6 @@ TEST_F(SaveCheck, OnlyAChangeOfTheGamesOwnTextStopsTheSaveInPlace) {
         {"nothing", kGame1, kGame2, kGame3, false},
         {"a later game edited", kGame1, kGame2,
          "[Event \"C\"]\r\n[White \"W\"]\r\n\r\n1. c4 *\r\n\r\n", false},
-        {"a game appended", kGame1, kGame2, kGame3 + kGame1, false},
         {"one byte of the game", kGame1, "[Event \"B\"]\r\n[White \"W\"]\r\n\r\n1. d4 d5 *\r\n\r\n",
          kGame3, true},
         {"an earlier game grew", kGame1 + "\r\n", kGame2, kGame3, true},

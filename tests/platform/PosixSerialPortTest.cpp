@@ -204,7 +204,6 @@ TEST(PosixSerialPort, SetsTerminalSettingsFromTheLineArguments) {
         // Raw mode itself shows in the bytes passed through on a real terminal, below.
         EXPECT_EQ(settings.c_cflag & (CREAD | CLOCAL), CREAD | CLOCAL);
     }
-
     // Values the line cannot take leave the settings as they were.
     const int kRefused[][6] = {{12345, 8, 0, 0, 0, 0},
                                {9600, 9, 0, 0, 0, 0},

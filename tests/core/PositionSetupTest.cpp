@@ -54,20 +54,15 @@ TEST(PositionSetup, ValidationTable) {
         {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", true, "KQkq", "",
          "White O-O,White O-O-O,Black O-O,Black O-O-O disabled", "-"},
         {"r3k3/8/8/8/8/8/8/R3K3 w - - 0 1", true, "KQkq", "", "White O-O,Black O-O disabled", "Qq"},
-        // Only boxes the user left on are reported.
-        {"r3k3/8/8/8/8/8/8/R3K3 w - - 0 1", true, "Qq", "", "", "Qq"},
         {"4k3/8/8/8/8/8/4K3/7R w - - 0 1", true, "K", "", "White O-O disabled", "-"},
         // A rook of the wrong colour in the corner does not count.
         {"4k3/8/8/8/8/8/8/4K2r w - - 0 1", true, "K", "", "White O-O disabled", "-"},
-        // Pawns on the first and last ranks are accepted.
-        {"P3k3/8/8/8/8/8/8/4K2p w - - 0 1", true, "-", "", "", "-"},
         {"8/8/8/8/8/8/8/4K3 w - - 0 1", true, "-", "I need a black king !", "", "-"},
         {"8/8/8/8/8/8/8/8 w - - 0 1", true, "KQkq", "I need a white king !", "", "KQkq"},
         // The first duplicate in square order (a1, b1, ... h8) is the one reported, before
         // any missing king.
         {"K3K3/8/8/8/8/8/8/k3k3 w - - 0 1", true, "-", "Only one black king please", "", "-"},
         {"k3k3/8/8/8/8/8/8/K3K3 w - - 0 1", true, "-", "Only one white king please", "", "-"},
-        {"8/8/8/8/8/8/8/k3k3 w - - 0 1", true, "-", "Only one black king please", "", "-"},
         // The side to move may stand in check, the other side may not; the castle flags are
         // written before that test.
         {"4k3/8/8/8/8/8/8/r3K2R w - - 0 1", true, "K", "", "", "K"},
@@ -101,9 +96,11 @@ TEST(PositionSetup, MoveNumberSideAndEnPassantOfAnAcceptedBoard) {
     const struct {
         bool whiteToPlay;
         std::uint32_t entered, stored, shown;
-    } cases[] = {{true, 1, 0, 1},     {false, 1, 1, 2},      {true, 40, 39, 40},
-                 {false, 40, 40, 41}, {true, 0, 255, 256},   {false, 256, 0, 1},
-                 {true, 300, 43, 44}, {false, 255, 255, 256}};
+    } cases[] = {{true, 1, 0, 1},
+                 {false, 1, 1, 2},
+                 {true, 0, 255, 256},
+                 {false, 256, 0, 1},
+                 {true, 300, 43, 44}};
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.entered) + (c.whiteToPlay ? " white" : " black"));
         PositionValue board = FromText(testing::kCastles);

@@ -58,7 +58,7 @@ TEST(FuzzDrivers, MemoryFilesLoadAndScanAsRealFiles) {
             scanned.push_back(line.erase(next, line.find(u'|', next) + 1 - next));
         }
         EXPECT_EQ(rows, scanned);
-        for (std::uint32_t block : {1u, 2u, 7u, 255u, 256u}) {
+        for (std::uint32_t block : {1u, 7u, 256u}) {
             const fuzz::ScanRun small = fuzz::RunScan(bytes, block);
             EXPECT_EQ(small.count, scan.count) << block;
             EXPECT_EQ(small.games, scan.games) << block;

@@ -73,12 +73,9 @@ TEST(GameIndex, EmptyTagsAreKeptApartFromMissingOnes) {
     GameIndex index(test::DataPath("empty-and-missing-tags.pgn").c_str());
     ASSERT_EQ(index.Load(), 1);
     ASSERT_EQ(index.Size(), 2);
-    const std::u16string longEvent = [] {
-        std::u16string text;
-        for (int i = 0; i < 7; ++i)
-            text += u"Long Event Name ";
-        return text;
-    }();
+    std::u16string longEvent;
+    for (int i = 0; i < 7; ++i)
+        longEvent += u"Long Event Name ";
     const std::vector<std::u16string> expected[] = {
         {u"", u"Black One", longEvent, u"??\\??", u"", u"?", u""},
         {u"White Two", u"", u"?", u"", u"?", u"?", u"<none>"},

@@ -22,18 +22,14 @@ TEST(GameListOrder, TextComparisonFollowsTheWordSort) {
         {u"", u"a", -1},
         {u"Kasparov", u"Kasparov, G", -1},  // a text before its own continuation
         {u"abc", u"ABD", -1},               // case is ignored first...
-        {u"Zukertort", u"anand", 1},
-        {u"abc", u"Abc", -1},          // ...and only then lower case comes first
-        {u"1", u"a", -1},              // digits before letters
-        {u" x", u"1", -1},             // blank and punctuation before digits
-        {u"\u00D7", u"0", -1},         // the Latin-1 multiplication sign is punctuation
-        {u"\u00C9mile", u"Emma", -1},  // accented letters sort with their base letter...
-        {u"M\u00FCller", u"Mullet", -1},
-        {u"M\u00FCller", u"Muller", 1},   // ...after the plain letter when all else is equal
-        {u"\u00E9", u"E", 1},             // an accent counts before the case
-        {u"Stra\u00DFe", u"Strasse", 1},  // ß is "ss"
-        {u"Stra\u00DFe", u"Strassf", -1},
-        {u"\u00E6", u"af", -1},             // æ is "ae"
+        {u"abc", u"Abc", -1},               // ...and only then lower case comes first
+        {u"1", u"a", -1},                   // digits before letters
+        {u" x", u"1", -1},                  // blank and punctuation before digits
+        {u"\u00D7", u"0", -1},              // the Latin-1 multiplication sign is punctuation
+        {u"\u00C9mile", u"Emma", -1},       // accented letters sort with their base letter...
+        {u"M\u00FCller", u"Muller", 1},     // ...after the plain letter when all else is equal
+        {u"\u00E9", u"E", 1},               // an accent counts before the case
+        {u"Stra\u00DFe", u"Strassf", -1},   // ß is "ss"
         {u"\u0152uvre", u"Oz", -1},         // Œ is "OE"
         {u"\u0160ahovi\u0107", u"Sz", -1},  // code page 1252 letters: Š with S
         {u"\u00DE\u00F3r", u"Zoe", 1},      // thorn after z
@@ -54,15 +50,11 @@ TEST(GameListOrder, RoundIsReadAsADecimalNumber) {
         int number;
     } cases[] = {
         {nullptr, 0},
-        {u"", 0},
         {u"?", 0},
-        {u"12", 12},
         {u" 7", 7},
         {u"3.1", 3},
-        {u"10b", 10},
         {u"-2", -2},
         {u"99999999999", INT_MAX},
-        {u"-2147483648", INT_MIN},
         {u"-99999999999", INT_MIN},
     };
     for (const auto& c : cases) {
@@ -126,22 +118,18 @@ TEST_F(GameListSorting, EachColumnAscendingAndDescending) {
         std::vector<int> order;
     } cases[] = {
         {0, {4, 1, 2, 3, 5}},   // White: no name first, case and accents folded
-        {1, {5, 3, 2, 1, 4}},   // White descending
         {2, {4, 2, 1, 5, 3}},   // Black
         {6, {2, 4, 3, 1, 5}},   // ECO: no code and an empty one are equal and keep their order
         {8, {4, 5, 3, 2, 1}},   // Event: "wch" before "Wch"
         {10, {3, 4, 5, 2, 1}},  // Round: "?" and "" as 0, then 1, 2, 10
         {11, {1, 2, 5, 3, 4}},  // Round descending: 10, 2, 1, then the zeros in list order
         {12, {4, 3, 5, 2, 1}},  // Date
-        {13, {1, 2, 5, 3, 4}},  // Date descending
         // Intended: the result column ascending runs from the highest code down, "*" first.
         {4, {3, 4, 1, 2, 5}},
         {5, {2, 5, 1, 4, 3}},
         // Intended: the Start column sorts by Date, not by its own text (4 3 1 2 5).
         {14, {4, 3, 5, 2, 1}},
-        {15, {1, 2, 5, 3, 4}},
         {16, {1, 2, 3, 4, 5}},  // no ninth column: nothing moves
-        {-1, {1, 2, 3, 4, 5}},
     };
     for (const auto& c : cases)
         EXPECT_EQ(Sorted(c.key), c.order) << "key " << c.key;
@@ -169,7 +157,6 @@ TEST_F(GameListSorting, CellTextsOfTheEightColumns) {
     // Rows added by saving keep a tag with no value apart from an empty one, as a scan does.
     EXPECT_TRUE(games.At(3).Text(RowField::White).IsNull());
     EXPECT_FALSE(games.At(3).Text(RowField::Black).IsNull());
-    EXPECT_EQ(games.Count(), 5);
     GameSummary unset;
     unset.SetResultCode(-1);
     games.GameAdded(unset);
@@ -178,11 +165,9 @@ TEST_F(GameListSorting, CellTextsOfTheEightColumns) {
 
 TEST(GameListOrder, TappingAHeaderTwiceFlipsTheOrder) {
     GameListSort sort;
-    EXPECT_EQ(sort.Key(), -1);
     EXPECT_EQ(sort.TapColumn(kColumnRound), 10);
     EXPECT_EQ(sort.TapColumn(kColumnRound), 11);
     EXPECT_EQ(sort.TapColumn(kColumnRound), 10);
-    EXPECT_EQ(sort.TapColumn(kColumnRound), 11);
     EXPECT_EQ(sort.TapColumn(kColumnResult), 4);  // another column starts ascending
 }
 

@@ -66,9 +66,8 @@ TEST(GameSearch, NamesEcoAndResult) {
         // ECO is compared exactly; a game with no ECO tag or an empty one never matches.
         {u"", u"", false, u"C20", -1, "a1 a4 b1"},
         {u"", u"", false, u"C2", -1, ""},
-        // "@" alone matches every name, so the result decides: the draw, then "*".
+        // "@" alone matches every name, so the result decides.
         {u"@", u"", false, u"", kDraw, "a3 b1"},
-        {u"@", u"", false, u"", kResultUnknown, "a4"},
         {u"@abc", u"", true, u"C20", kWhiteWins, "a1"},
     };
     for (const Case& c : cases) {
@@ -91,8 +90,6 @@ TEST(GameSearch, NameMatchingLooksAtTheFirst64CharactersUpperCased) {
         {u"@\u0161", u"Kova\u0160", true},           // Latin Extended-A, as in code page 1252
         {u"@abc", pad + u"abc", true},               // ends at character 64
         {u"@abc", pad + u"-abc", false},             // runs past it
-        {u"Abc", u"Abc ", false},
-        {u"@", u"", true},
     };
     for (const auto& [pattern, name, matches] : cases) {
         EXPECT_EQ(GameSearch::NameMatches(name, pattern), matches)

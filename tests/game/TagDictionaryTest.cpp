@@ -26,14 +26,10 @@ TEST(TagDictionary, NamesAsTheLineReaderCutsThemOrAMissingFile) {
     test::WriteBytes(folder.Path("PgnTags.txt"), text);
     dictionary.LoadFrom(folder.Path("PgnTags.txt"), platform::SystemFileSystem());
     ASSERT_EQ(dictionary.Count(), 122);
-    EXPECT_EQ(std::u16string(dictionary.Get(0)), u"Event");
     EXPECT_EQ(std::u16string(dictionary.Get(1)), u"White Elo ");
-    EXPECT_EQ(std::u16string(dictionary.Get(119)), u"Tag117");
     EXPECT_EQ(std::u16string(dictionary.Get(120)), std::u16string(200, u'a'));
     EXPECT_EQ(std::u16string(dictionary.Get(121)), u" " + std::u16string(100, u'b'));
     EXPECT_TRUE(dictionary.Get(-1) == nullptr && dictionary.Get(122) == nullptr);
-    dictionary.Free();
-    EXPECT_EQ(dictionary.Count(), 0);
 }
 
 }  // namespace

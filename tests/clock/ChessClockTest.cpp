@@ -1,13 +1,12 @@
 // The game clock on a fake tick: time controls across their boundaries, increments, the
-// running side, a tick count that wraps around, time running out, and the texts it shows.
+// running side, a tick count that wraps around, time running out, and the texts it shows. What
+// the clock window repaints is seen in tests/win32/ClockAndEngineInfoTest.cpp.
 #include "clock/ChessClock.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <map>
-#include <string>
-#include <vector>
 
 #include "game/Position.h"
 #include "tests/core/TestBoards.h"
@@ -165,34 +164,6 @@ TEST(ChessClock, TextsOfBothModes) {
         EXPECT_EQ(clock.MoveTimeText(kClockWhite) + u"/" + clock.TotalText(kClockWhite),
                   row.normal);
     }
-}
-
-struct RecordingDisplay final : ClockDisplay {
-    void RedrawSide(int side) override {
-        calls.push_back(std::string(side == kClockWhite ? "white" : "black") +
-                        (clock->IsRunning(side) ? " running" : ""));
-    }
-    void SetText(const char16_t* text) override {
-        calls.push_back(std::string("text ") + std::string(text, text + 2));
-    }
-    const ChessClock* clock = nullptr;
-    std::vector<std::string> calls;
-};
-
-// The window repaints both sides on a new time control, and the finished side as well as the
-// new one when the move changes hands.
-TEST(ChessClock, TellsItsWindowWhatToRepaint) {
-    std::uint32_t now = 0;
-    ChessClock clock([&] { return now; });
-    RecordingDisplay display;
-    display.clock = &clock;
-    clock.SetDisplay(&display);
-    clock.SetTimeControl({0, 0, 300, 0, 0, 0, 0});
-    clock.Tick(kClockWhite, 1);
-    clock.Tick(kClockBlack, 1);
-    clock.Reset();
-    EXPECT_EQ(display.calls, (std::vector<std::string>{"white", "black", "white running", "white",
-                                                       "black running", "text --"}));
 }
 
 // A stopped clock starts a side without charging the pause to anyone.

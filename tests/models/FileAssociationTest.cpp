@@ -64,10 +64,8 @@ TEST(FileAssociation, IsAssociatedOnlyWhenAllThreeValuesMatch) {
     } cases[] = {
         {u"pgnfile", icon.c_str(), command.c_str(), true},
         {u"PgnFile", upperIcon.c_str(), lowerCommand.c_str(), true},
-        {nullptr, icon.c_str(), command.c_str(), false},
         {u"pgnfile2", icon.c_str(), command.c_str(), false},
         {u"pgnfile", kPath.c_str(), command.c_str(), false},  // icon without ",0"
-        {u"pgnfile", icon.c_str(), nullptr, false},
         {u"pgnfile", icon.c_str(), unquoted.c_str(), false},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) {

@@ -73,7 +73,6 @@ TEST(UcbLink, AnswersEachRequestLetterWithItsLineAndIgnoresOthers) {
                                                          {"I", "Velmora 2.1\r\n"},
                                                          {"x", nullptr},
                                                          {"t", nullptr},
-                                                         {"n", nullptr},
                                                          {" X", nullptr}};
     for (const auto& [line, answer] : cases) {
         SCOPED_TRACE(line);

@@ -62,8 +62,6 @@ TEST(NotationRows, RowsOfVariationsNestingGlyphsAndComments) {
         {"e4 ( d4 d5 ) e5", true, "1. e4|  (1. d4|  1... d5)|1... e5"},
         // Two variations of one move: the first is closed before the second opens.
         {"e4 ( d4 ) ( c4 ) e5", true, "1. e4|  (1. d4)|  (1. c4)|1... e5"},
-        {"e4 ( d4 d5 ( Nf6 c4 ) c4 ) e5 Nf3", true,
-         "1. e4|  (1. d4|  1... d5|    (1... Nf6|    2. c4)|  2. c4)|1... e5|2. Nf3"},
         // Two variations end on one row.
         {"e4 ( d4 d5 ( Nf6 ) ) e5", true, "1. e4|  (1. d4|  1... d5|    (1... Nf6))|1... e5"},
         // A variation of the last move closes on the last row.

@@ -152,7 +152,6 @@ TEST(PgnCommands, WrongArgumentsPrintTheUsage) {
 TEST(PgnCommands, Failures) {
     const std::u16string missing = test::DataPath("no-such-file.pgn");
     const std::tuple<Command, Arguments, int, std::string> cases[] = {
-        {RunPlay, {u"e4", u"Nf5"}, kExitFailed, "Illegal move : Nf5\n"},
         {RunPlay, {u"K\u00E92"}, kExitFailed, "Illegal move : K\303\2512\n"},  // in UTF-8
         {RunPlay, {u"--", u"-e4"}, kExitFailed, "Illegal move : -e4\n"},       // a move after "--"
         {RunPlay, {u"--from", u"8/8/8/8/8/8/8/8 w KX - 0 1"}, kExitFailed, "Invalid initial "},

@@ -206,7 +206,6 @@ TEST(ChessClock, MoveNumberAndSideOfAPosition) {
         EXPECT_EQ(ClockMoveNumber(*position), number) << text;
     }
     EXPECT_EQ(ClockSideOf(position->SideToMove()), kClockBlack);
-    EXPECT_EQ(ClockSideOf(root.SideToMove()), kClockWhite);
 }
 
 }  // namespace

@@ -119,26 +119,22 @@ TEST(TagEditor, SetAndRemoveRowsFoundInAnyCaseAndRefuseHeaderNames) {
     EXPECT_EQ(editor.RowCount(), 1);
 }
 
-TEST(SaveTargets, FileNamesAndDoubleBackslashes) {
-    for (const char16_t* path : {u"a\\b/games.pgn", u"a/b\\games.pgn", u"games.pgn"})
-        EXPECT_EQ(FileNamePart(path), u"games.pgn") << platform::WideToUtf8(path);
-    EXPECT_EQ(WithoutDoubleBackslash(u"\\\\server\\games.pgn"), u"\\server\\games.pgn");
-    EXPECT_EQ(WithoutDoubleBackslash(u"x\\\\y.pgn"), u"x\\\\y.pgn");
-}
-
-// Button k names recent file k counted from the newest; only the five newest get a button. The
-// dialog shows newest first for two files (tests/win32/EditingDialogsTest.cpp).
+// Button k names recent file k counted from the newest, by the name after the last separator
+// of either kind; only the five newest get a button. The dialog shows newest first for two
+// files (tests/win32/EditingDialogsTest.cpp). A path's leading double backslash is made single.
 TEST(SaveTargets, RecentFilesNewestFirstAtMostFive) {
     RecentList recent(15);
     EXPECT_EQ(RecentTargetPath(recent, 0), u"");
     for (const char16_t* path :
-         {u"\\a.pgn", u"\\b.pgn", u"\\c.pgn", u"\\d.pgn", u"\\e.pgn", u"\\dir\\f.pgn", u"\\g.pgn"})
+         {u"\\a.pgn", u"\\b.pgn", u"\\c.pgn", u"\\d.pgn", u"\\e.pgn", u"a/b\\f.pgn", u"a\\b/g.pgn"})
         recent.Add(path);
     EXPECT_EQ(AppendLabels(recent),
               (Texts{u"Append to g.pgn", u"Append to f.pgn", u"Append to e.pgn", u"Append to d.pgn",
                      u"Append to c.pgn"}));
     EXPECT_EQ(RecentTargetPath(recent, 4), u"\\c.pgn");
     EXPECT_EQ(RecentTargetPath(recent, 5), u"");  // the list holds b.pgn, but has no button for it
+    EXPECT_EQ(WithoutDoubleBackslash(u"\\\\server\\games.pgn"), u"\\server\\games.pgn");
+    EXPECT_EQ(WithoutDoubleBackslash(u"x\\\\y.pgn"), u"x\\\\y.pgn");
 }
 
 // A promoted pawn counts as taken, and a second queen leaves no queen missing.

@@ -1,6 +1,6 @@
-// The search dialog's criteria and the option pages' rules, without windows. The dialogs
-// themselves, colours and the game window's response included, are run in
-// tests/win32/SearchAndOptionsTest.cpp.
+// The search dialog's criteria, the option pages' rules and the port typed in the port chooser,
+// without windows. The search and options dialogs themselves, colours and the game window's
+// response included, are run in tests/win32/SearchAndOptionsTest.cpp.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -8,6 +8,7 @@
 
 #include "models/OptionsForm.h"
 #include "models/SearchForm.h"
+#include "models/SerialPortChoice.h"
 
 namespace velmora {
 namespace {
@@ -89,6 +90,16 @@ TEST(OptionsFormTest, StartupPageStoresWhatTheTemplateHolds) {
     EXPECT_EQ(settings.openLastDatabase, 1u);
     EXPECT_EQ(settings.databaseOption, 0u);
     EXPECT_EQ(settings.checkAssoc, 0u);
+}
+
+TEST(SerialPortChoice, ReadsTypedPorts) {
+    const std::pair<const char16_t*, int> cases[] = {
+        {u" 12 ", 12},  {u"com7:", 7},  {u"COM3: (serial.dll)", 3},
+        {u"", -1},      {u"256", -1},   {u"LPT1:", -1},
+        {u"COM 5", -1}, {u"COM1:5", -1}};
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(PortNumberFromText(cases[i].first), cases[i].second) << "case " << i;
+    EXPECT_EQ(PortOpenName(21), u"COM21:");
 }
 
 }  // namespace

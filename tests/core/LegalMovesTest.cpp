@@ -4,8 +4,10 @@
 // published figure, and the difference is worked out by hand.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "core/LegalMoves.h"
 #include "core/MoveRules.h"
@@ -104,23 +106,34 @@ TEST(Perft, ValuesAndTreeMeetThePublishedCounts) {
     }
 }
 
-// The list's contents are held to the tree's PlayMove by the counts above; with no move left the
-// game has ended, by mate or stalemate.
-TEST(LegalMoves, TheEndOfTheGame) {
-    const std::pair<const char*, GameEnd> cases[] = {
-        {testing::kStartText, GameEnd::None},
-        {"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3", GameEnd::Checkmate},
+// The list's contents are held to the tree's PlayMove by the counts above. Here: the list is
+// cleared first, comes in the fixed order of from, to and promotion type, and is empty exactly
+// when the game has ended, by mate or stalemate.
+TEST(LegalMoves, FixedOrderAndTheEndOfTheGame) {
+    const struct {
+        const char* text;
+        int count;
+        GameEnd end;
+    } cases[] = {
+        {testing::kStartText, 20, GameEnd::None},
+        {kPromotions, 44, GameEnd::None},
+        {"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3", 0, GameEnd::Checkmate},
         // Not in check, but every king move is covered.
-        {"k7/8/1Q6/8/8/8/8/7K b - - 0 1", GameEnd::Stalemate},
-        {"k7/8/8/8/8/8/8/Q6K b - - 0 1", GameEnd::None}};  // in check with a way out
-    for (const auto& [text, end] : cases) {
-        const PositionValue position = FromText(text);
+        {"k7/8/1Q6/8/8/8/8/7K b - - 0 1", 0, GameEnd::Stalemate},
+        {"k7/8/8/8/8/8/8/Q6K b - - 0 1", 2, GameEnd::None}};  // in check with a way out
+    for (const auto& c : cases) {
+        const PositionValue position = FromText(c.text);
         MoveList moves;
-        moves.Add({});  // a list is cleared first
+        moves.Add({});
         LegalMoves(position, &moves);
-        EXPECT_EQ(moves.Empty(), end != GameEnd::None) << text;
-        EXPECT_EQ(HasLegalMove(position), end == GameEnd::None) << text;
-        EXPECT_EQ(GameEndOf(position), end) << text;
+        EXPECT_EQ(moves.Size(), c.count) << c.text;
+        const auto outOfOrder = [](const Move& a, const Move& b) {
+            return std::tie(a.from, a.to, a.promotion) >= std::tie(b.from, b.to, b.promotion);
+        };
+        EXPECT_EQ(std::adjacent_find(moves.begin(), moves.end(), outOfOrder), moves.end())
+            << c.text;
+        EXPECT_EQ(HasLegalMove(position), c.end == GameEnd::None) << c.text;
+        EXPECT_EQ(GameEndOf(position), c.end) << c.text;
     }
 }
 

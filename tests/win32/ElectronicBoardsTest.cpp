@@ -10,7 +10,6 @@
 #include "game/GameIndex.h"
 #include "game/MoveTree.h"
 #include "game/PgnParser.h"
-#include "game/PgnSave.h"
 #include "gamewindow/BoardView.h"
 #include "resources/resource.h"
 #include "shell/StarDiamondDialog.h"
@@ -42,15 +41,6 @@ std::string MainLine(Game& game) {
         line += static_cast<char>('1' + node->to / 8);
     }
     return line;
-}
-
-int CountMoves(Game& game) {
-    int count = 0;
-    for (MoveNode* node = game.StartPosition().FirstContinuation(); node != nullptr;
-         node = node->positionAfter->FirstContinuation()) {
-        ++count;
-    }
-    return count;
 }
 
 class ElectronicBoardsTest : public GuiTest {
@@ -85,25 +75,20 @@ class ElectronicBoardsTest : public GuiTest {
 TEST_F(ElectronicBoardsTest, APortThatCannotBeOpenedIsReported) {
     Game game;
     BoardView view(game);
-    std::wstring boxText, boxCaption;
-    bool connected = true;
+    std::wstring told;
     WhenModal([&] {
-        HWND window = view.Window();
         ConnectBoard(view, 199, false, L"Unable to connect UCB", [&](HWND box) {
-            boxText = BoxText(box);
-            boxCaption = WindowText(box);
+            told = BoxText(box);
             PhotographBothWays(box, L"unable-to-open-port");
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
-        connected = view.ChessboardConnected();
+        EXPECT_FALSE(view.ChessboardConnected());
         MoveByTaps(view, "e2", "e4");
         game.modified = 0;
-        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
+        SendMessageW(view.Window(), WM_COMMAND, ID_CLOSE_GAME, 0);
     });
     EXPECT_TRUE(view.Run(frame, 0));
-    EXPECT_EQ(boxText, L"Unable to open port");
-    EXPECT_EQ(boxCaption, L"Unable to connect UCB");
-    EXPECT_FALSE(connected);
+    EXPECT_EQ(told, L"Unable to open port");
     EXPECT_EQ(MainLine(game), "e2e4");
 }
 
@@ -114,38 +99,29 @@ TEST_F(ElectronicBoardsTest, PlaysMovesBothWaysWithTheSimulatedBoard) {
     if (port == 0) GTEST_SKIP() << "no simulated board (run through with-simulators.sh)";
     Game game;
     BoardView view(game);
-    bool connected = false, largeEnabled = false, afterE4 = false, afterNf3 = false;
-    bool clockRan = false;
-    std::wstring shownLine;
     WhenModal([&] {
         HWND window = view.Window();
         ConnectBoard(view, port, true);
-        connected = view.ChessboardConnected();
+        EXPECT_TRUE(view.ChessboardConnected());
         HMENU menu = pocketpc::MenuBarMenu(view.MenuBar());
-        largeEnabled =
-            menu != nullptr && (GetMenuState(menu, ID_LARGE_CLOCKS, MF_BYCOMMAND) & MF_GRAYED) == 0;
-        afterE4 = PumpUntil([&] { return MainLine(game) == "e2e4"; }, 20);
+        EXPECT_TRUE(menu != nullptr &&
+                    (GetMenuState(menu, ID_LARGE_CLOCKS, MF_BYCOMMAND) & MF_GRAYED) == 0);
+        EXPECT_TRUE(PumpUntil([&] { return MainLine(game) == "e2e4"; }, 20)) << MainLine(game);
         MoveByTaps(view, "e7", "e5");
-        afterNf3 = PumpUntil([&] { return MainLine(game) == "e2e4 e7e5 g1f3"; }, 20);
+        EXPECT_TRUE(PumpUntil([&] { return MainLine(game) == "e2e4 e7e5 g1f3"; }, 20))
+            << MainLine(game);
         MoveByTaps(view, "b8", "c6");
         // The board asks for the position after 2... Nc6 and then says goodbye with "X".
-        PumpUntil([&] { return WindowText(view.CommentPane()) == L"X"; }, 20);
-        shownLine = WindowText(view.CommentPane());
+        EXPECT_TRUE(PumpUntil([&] { return WindowText(view.CommentPane()) == L"X"; }, 20));
         // The clock runs with the link, for the side to move: White after 2... Nc6.
         SendMessageW(window, WM_TIMER, 1, 0);
-        clockRan = view.Clock().IsRunning(kClockWhite);
+        EXPECT_TRUE(view.Clock().IsRunning(kClockWhite));
         PhotographBothWays(window, L"board-connected");
         game.modified = 0;
         SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
     });
     EXPECT_TRUE(view.Run(frame, 0));
-    EXPECT_TRUE(connected);
-    EXPECT_TRUE(largeEnabled);
-    EXPECT_TRUE(afterE4) << MainLine(game);
-    EXPECT_TRUE(afterNf3) << MainLine(game);
     EXPECT_EQ(MainLine(game), "e2e4 e7e5 g1f3 b8c6");
-    EXPECT_EQ(shownLine, L"X");
-    EXPECT_TRUE(clockRan);
 }
 
 // The board sends 1. e4, hears 1... e5 and vanishes: the next move cannot be sent, the user is
@@ -161,8 +137,7 @@ TEST_F(ElectronicBoardsTest, ABoardThatVanishesIsReportedAndTheGameIsKept) {
     Game game(&index);
     ASSERT_TRUE(LoadGame(game, nullptr, index.At(0).Offset(), index.Count()).Ok());
     BoardView view(game);
-    std::wstring boxText, boxCaption;
-    bool stillConnected = true;
+    std::wstring boxText;
     WhenModal([&] {
         HWND window = view.Window();
         ConnectBoard(view, port, false);
@@ -173,21 +148,17 @@ TEST_F(ElectronicBoardsTest, ABoardThatVanishesIsReportedAndTheGameIsKept) {
         Pump();
         WhenPopup(Titled(L"Communication error"), [&](HWND box) {
             boxText = BoxText(box);
-            boxCaption = WindowText(box);
-            PhotographBothWays(box, L"board-link-lost");
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
         PumpUntil([&] { return !popupActions.empty(); }, 1);
         MoveByTaps(view, "g1", "f3");
         popupActions.clear();
-        stillConnected = view.ChessboardConnected();
+        EXPECT_FALSE(view.ChessboardConnected());
         SendMessageW(window, WM_COMMAND, ID_SAVE, 0);
         SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
     });
     EXPECT_TRUE(view.Run(frame, 0));
     EXPECT_EQ(boxText, L"Unable to send move to Chessboard");
-    EXPECT_EQ(boxCaption, L"Communication error");
-    EXPECT_FALSE(stillConnected);
     const std::string saved = test::ReadBytes(path);
     EXPECT_NE(saved.find("1. e4 e5 2. Nf3"), std::string::npos) << saved;
 }
@@ -212,7 +183,6 @@ ImportRun RunImport(HWND frame, int port, const std::wstring& shotName) {
                   [&](HWND box) {
                       run.boxText = BoxText(box);
                       run.boxCaption = WindowText(box);
-                      PhotographBothWays(box, shotName + L"-message");
                       SendMessageW(box, WM_COMMAND, IDOK, 0);
                   });
         PumpUntil([&] { return !run.boxText.empty(); }, 40);
@@ -230,51 +200,41 @@ ImportRun RunImport(HWND frame, int port, const std::wstring& shotName) {
 // stays disabled.
 TEST_F(ElectronicBoardsTest, TheImportDialogReportsAPortThatCannotBeOpened) {
     StarDiamondDialog dialog;
-    std::wstring boxText, boxCaption;
-    bool importEnabled = true, connectEnabled = false;
     WhenModal([&] {
         HWND window = dialog.Window();
         PhotographBothWays(window, L"star-diamond-import");
         SetWindowTextW(GetDlgItem(window, IDC_PORT_LIST), L"COM199");
         WhenPopup(Titled(L"Unable to import game"), [&](HWND box) {
-            boxText = BoxText(box);
-            boxCaption = WindowText(box);
-            PhotographBothWays(box, L"unable-to-open-com-port");
+            EXPECT_EQ(BoxText(box), L"Unable to open COM port");
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
         PressButton(window, IDC_STAR_DIAMOND_CONNECT);
+        EXPECT_TRUE(popupActions.empty()) << "no message";
         popupActions.clear();
-        importEnabled = IsWindowEnabled(GetDlgItem(window, IDC_STAR_DIAMOND_IMPORT));
-        connectEnabled = IsWindowEnabled(GetDlgItem(window, IDC_STAR_DIAMOND_CONNECT));
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(window, IDC_STAR_DIAMOND_IMPORT)));
+        EXPECT_TRUE(IsWindowEnabled(GetDlgItem(window, IDC_STAR_DIAMOND_CONNECT)));
         PressButton(window, IDOK);
     });
     EXPECT_EQ(dialog.DoModal(frame), 2);
-    EXPECT_EQ(boxText, L"Unable to open COM port");
-    EXPECT_EQ(boxCaption, L"Unable to import game");
-    EXPECT_FALSE(importEnabled);
-    EXPECT_TRUE(connectEnabled);
 }
 
-// The stored game comes over whole, with "N moves" in the list, and is saved to a file.
-TEST_F(ElectronicBoardsTest, ImportsTheGameOfTheSimulatedStarDiamondAndSavesIt) {
+// The stored game comes over whole, with "N moves" in the list.
+TEST_F(ElectronicBoardsTest, ImportsTheGameOfTheSimulatedStarDiamond) {
     const int port = SimulatorPort("VELMORA_SIM_STAR_DIAMOND");
     if (port == 0) GTEST_SKIP() << "no simulated Star Diamond (run through with-simulators.sh)";
     ImportRun run = RunImport(frame, port, L"star-diamond-imported");
     EXPECT_EQ(run.boxText, L"All moves received");
     EXPECT_EQ(run.boxCaption, L"Import finished");
     ASSERT_NE(run.game, nullptr);
-    EXPECT_TRUE(run.game->modified);
+    EXPECT_TRUE(run.game->modified) << "an imported game is offered for saving";
     EXPECT_EQ(run.game->SetUpFlag(), 0u);
-    const int moves = CountMoves(*run.game);
-    EXPECT_GE(moves, 10);
+    const std::string line = MainLine(*run.game);
+    const std::size_t moves = (line.size() + 1) / 5;
+    EXPECT_TRUE(line.starts_with("e2e4")) << line;
+    EXPECT_GE(moves, 10u);
     EXPECT_NE(
         std::find(run.messages.begin(), run.messages.end(), std::to_wstring(moves) + L" moves"),
         run.messages.end());
-    const std::u16string path = root.Path("imported.pgn");
-    GameIndex file(path.c_str());
-    ASSERT_EQ(AppendTo(*run.game, nullptr, file), 0);
-    const std::string saved = test::ReadBytes(path);
-    EXPECT_NE(saved.find("1. e4"), std::string::npos) << saved;
 }
 
 // A move the position does not allow stops the import: the message, no game, and "Import" can

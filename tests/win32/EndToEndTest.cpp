@@ -54,13 +54,11 @@ TEST_F(EndToEnd, AssociationQuestionThenASecondCopyHandsOverToTheFirst) {
     ASSERT_TRUE(HoldInFront(other.handle)) << "the test window does not stay in front";
 
     Started second = Start();
-    size_t mostMainWindows = 0;
     bool secondHasMainWindow = false;
     bool secondAsked = false;
     for (DWORD waited = 0;
          waited < kExitWaitMs && WaitForSingleObject(second.handle, 0) == WAIT_TIMEOUT;
          waited += kStepMs) {
-        mostMainWindows = std::max(mostMainWindows, TopLevelWindows(kMain, 0).size());
         secondHasMainWindow |= !TopLevelWindows(kMain, second.id).empty();
         if (HWND box = QuestionBoxOf(second.id); box != nullptr) {
             secondAsked = true;
@@ -69,7 +67,6 @@ TEST_F(EndToEnd, AssociationQuestionThenASecondCopyHandsOverToTheFirst) {
         Step();
     }
     EXPECT_EQ(ExitCode(second, 0), 0u) << "the second copy did not end with 0 by itself";
-    EXPECT_LE(mostMainWindows, 1u) << "two main windows at once";
     EXPECT_FALSE(secondHasMainWindow) << "the second copy opened a main window";
     EXPECT_FALSE(secondAsked) << "the question came again although the program is registered";
     ASSERT_TRUE(IsWindow(main)) << "the first copy's main window is gone";
@@ -82,9 +79,6 @@ TEST_F(EndToEnd, AssociationQuestionThenASecondCopyHandsOverToTheFirst) {
         Step();
     EXPECT_TRUE(inFront()) << "foreground window: "
                            << testing::PrintToString(WindowText(GetForegroundWindow()));
-    DestroyWindow(other.handle);
-    other.handle = nullptr;
-    Step();
     Close(first, main);
 }
 
@@ -96,8 +90,7 @@ TEST_F(EndToEndFrench, FileOnTheCommandLineOpensTheFrenchGameList) {
     ASSERT_NE(list, nullptr) << "no game list for the file on the command line";
 
     const std::pair<int, const wchar_t*> kBoxes[] = {
-        {1001, L"R\u00E9sultat"}, {1002, L"Date"},  {1003, L"Tournoi"},
-        {1005, L"ECO"},           {1004, L"Ronde"}, {1056, L"D\u00E9but"}};
+        {1001, L"R\u00E9sultat"}, {1003, L"Tournoi"}, {1004, L"Ronde"}, {1056, L"D\u00E9but"}};
     for (const auto& [id, text] : kBoxes) {
         wchar_t shown[64] = {};
         GetDlgItemTextW(list, id, shown, 64);
@@ -109,17 +102,13 @@ TEST_F(EndToEndFrench, FileOnTheCommandLineOpensTheFrenchGameList) {
     ASSERT_NE(WaitFor(program, [&] { return GameListOf(program.id) == nullptr ? main : nullptr; }),
               nullptr)
         << "the game list did not close";
-    // The folder chooser's first entry, in the main window's document list.
-    HWND docList = GetDlgItem(main, kDocListId);
-    HWND chooser =
-        docList != nullptr ? FindWindowExW(docList, nullptr, L"ComboBox", nullptr) : nullptr;
-    ASSERT_NE(chooser, nullptr);
+    // A text from the string table: the document list's first folder choice.
+    HWND chooser = FindWindowExW(GetDlgItem(main, kDocListId), nullptr, L"ComboBox", nullptr);
     wchar_t first[256] = {};
     DWORD_PTR length = 0;
     SendMessageTimeoutW(chooser, CB_GETLBTEXT, 0, reinterpret_cast<LPARAM>(first), SMTO_ABORTIFHUNG,
                         5000, &length);
     EXPECT_STREQ(first, L"Tous les dossiers");
-    Photograph(main, L"e2e-main-window-french");
     Close(program, main);
 }
 

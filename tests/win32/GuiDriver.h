@@ -40,11 +40,9 @@ inline std::vector<PopupAction> popupActions;
 inline void CALLBACK FirePopupAction(HWND, UINT, UINT_PTR id, DWORD) {
     HWND frame = pocketpc::DeviceFrame();
     HWND popup = frame != nullptr ? GetLastActivePopup(frame) : nullptr;
-    if (popupActions.empty()) {
-        KillTimer(nullptr, id);
+    if (popupActions.empty()) KillTimer(nullptr, id);
+    if (popupActions.empty() || popup == nullptr || popup == frame || !IsWindowVisible(popup))
         return;
-    }
-    if (popup == nullptr || popup == frame || !IsWindowVisible(popup)) return;
     if (!popupActions.front().accept(popup)) return;
     PopupAction next = std::move(popupActions.front());
     popupActions.erase(popupActions.begin());
@@ -97,15 +95,13 @@ inline void PressButton(HWND dialog, int id) {
                  reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
 }
 
-// Taps a square of the game window's board ("e2"), as a finger does.
-inline void TapSquare(BoardView& view, const char* square) {
-    const Point centre = SquareCentre(view.Board().Placement(), square[0] - 'a', square[1] - '1');
-    SendMessageW(view.Window(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(centre.x, centre.y));
-    SendMessageW(view.Window(), WM_LBUTTONUP, 0, MAKELPARAM(centre.x, centre.y));
-}
+// Taps two squares of the game window's board ("e2", "e4"), as a finger does.
 inline void MoveByTaps(BoardView& view, const char* from, const char* to) {
-    TapSquare(view, from);
-    TapSquare(view, to);
+    for (const char* square : {from, to}) {
+        const Point at = SquareCentre(view.Board().Placement(), square[0] - 'a', square[1] - '1');
+        SendMessageW(view.Window(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(at.x, at.y));
+        SendMessageW(view.Window(), WM_LBUTTONUP, 0, MAKELPARAM(at.x, at.y));
+    }
 }
 
 // Shows the window (a modal dialog becomes visible only once its loop is idle) and paints it.

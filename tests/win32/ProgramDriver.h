@@ -79,18 +79,23 @@ inline HWND VisibleWindow(const wchar_t* className, DWORD processId,
     return nullptr;
 }
 
+// The window of the given class and title, or the dialog holding a control of the given id.
+inline HWND WindowTitled(const wchar_t* className, const wchar_t* title, DWORD processId) {
+    return VisibleWindow(className, processId,
+                         [&](HWND window) { return WindowText(window) == title; });
+}
+inline HWND DialogWithControl(DWORD processId, int id) {
+    return VisibleWindow(kDialogClass, processId,
+                         [&](HWND window) { return GetDlgItem(window, id) != nullptr; });
+}
 inline HWND MainWindowOf(DWORD processId) {
-    return VisibleWindow(kMain, processId, [](HWND window) { return WindowText(window) == kMain; });
+    return WindowTitled(kMain, kMain, processId);
 }
-
 inline HWND QuestionBoxOf(DWORD processId) {
-    return VisibleWindow(kDialogClass, processId,
-                         [](HWND window) { return WindowText(window) == kCaption; });
+    return WindowTitled(kDialogClass, kCaption, processId);
 }
-
 inline HWND GameListOf(DWORD processId) {
-    return VisibleWindow(kDialogClass, processId,
-                         [](HWND window) { return GetDlgItem(window, kResultBox) != nullptr; });
+    return DialogWithControl(processId, kResultBox);
 }
 
 // The text of a message box: its "Static" child with the longest text (the icon has none).
@@ -106,12 +111,10 @@ inline std::wstring MessageText(HWND box) {
 
 // Whether this process can open windows: under Wine without an X display it cannot.
 inline bool CanCreateWindows() {
-    if (GetSystemMetrics(SM_CXSCREEN) == 0) return false;
     HWND probe = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 4, 4, nullptr, nullptr,
                                  GetModuleHandleW(nullptr), nullptr);
-    if (probe == nullptr) return false;
-    DestroyWindow(probe);
-    return true;
+    if (probe != nullptr) DestroyWindow(probe);
+    return GetSystemMetrics(SM_CXSCREEN) != 0 && probe != nullptr;
 }
 
 // Makes window the foreground window and waits until it has stayed there for a second: under
@@ -163,10 +166,8 @@ class EndToEnd : public testing::Test {
 
     void TearDown() override {
         for (HANDLE process : started_) {
-            if (WaitForSingleObject(process, 0) == WAIT_TIMEOUT) {
-                TerminateProcess(process, 1);
-                WaitForSingleObject(process, 5000);
-            }
+            TerminateProcess(process, 1);  // fails, harmlessly, when it has ended
+            WaitForSingleObject(process, 5000);
             CloseHandle(process);
         }
         started_.clear();

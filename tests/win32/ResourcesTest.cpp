@@ -1,5 +1,5 @@
 // The program's resources (English, linked into this test program) and the French language
-// module: strings, menus, dialog templates and bitmaps.
+// module: strings, menus and dialog templates.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -188,62 +188,6 @@ TEST_F(Resources, DialogTemplatesMatchAcrossLanguagesAndFitTheirControls) {
             }
         }
     }
-}
-
-// Counts the pure red (transparent) pixels of each image of a strip of square-ish images.
-std::vector<int> RedPixelsPerImage(HBITMAP bitmap, int width, int height, int imageWidth) {
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof(info.bmiHeader);
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * height);
-    HDC dc = GetDC(nullptr);
-    int lines = GetDIBits(dc, bitmap, 0, height, pixels.data(), &info, DIB_RGB_COLORS);
-    ReleaseDC(nullptr, dc);
-    std::vector<int> counts(width / imageWidth);
-    if (lines != height) return counts;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            if ((pixels[y * width + x] & 0xFFFFFF) == 0xFF0000) ++counts[x / imageWidth];
-    return counts;
-}
-
-TEST_F(Resources, BitmapsAreStripsOfTheRightSize) {
-    struct BitmapCase {
-        UINT id;
-        int width, height;
-        int masked;  // images with a pure red background, or 0 when drawn without a mask
-    };
-    const BitmapCase bitmaps[] = {
-        {IDB_GAME_TOOLBAR, 160, 16, 0},        {IDB_MAIN_TOOLBAR, 48, 16, 0},
-        {IDB_EVALUATION_SYMBOLS, 120, 14, 15}, {IDB_SIDE_TO_MOVE, 196, 14, 0},
-        {IDB_DIAGRAM_SMALL, 228, 19, 19},      {IDB_DIAGRAM_LARGE, 300, 25, 25},
-        {IDB_STAUNTON_SMALL, 228, 19, 19},     {IDB_STAUNTON_LARGE, 300, 25, 25},
-        {IDB_TITAN_SMALL, 228, 19, 19},        {IDB_TITAN_LARGE, 300, 25, 25},
-        {IDB_ROYAL_SMALL, 228, 19, 19},        {IDB_ROYAL_LARGE, 300, 25, 25},
-    };
-    for (const BitmapCase& c : bitmaps) {
-        SCOPED_TRACE(testing::Message() << "bitmap " << c.id);
-        HBITMAP bitmap = LoadBitmapW(EnglishModule(), MAKEINTRESOURCEW(c.id));
-        ASSERT_NE(bitmap, nullptr);
-        BITMAP size = {};
-        GetObjectW(bitmap, sizeof(size), &size);
-        EXPECT_EQ(size.bmWidth, c.width);
-        EXPECT_EQ(size.bmHeight, c.height);
-        if (c.masked != 0 && size.bmWidth == c.width && size.bmHeight == c.height) {
-            // A masked image with no transparent pixel would be drawn as an opaque square.
-            int image = 0;
-            for (int count : RedPixelsPerImage(bitmap, c.width, c.height, c.masked))
-                EXPECT_GT(count, 0) << "image " << image++;
-        }
-        DeleteObject(bitmap);
-    }
-    HANDLE icon = LoadImageW(EnglishModule(), MAKEINTRESOURCEW(IDI_VELMORA), IMAGE_ICON, 32, 32, 0);
-    EXPECT_NE(icon, nullptr);
-    if (icon != nullptr) DestroyIcon(static_cast<HICON>(icon));
 }
 
 }  // namespace

@@ -14,10 +14,7 @@ bool SaveWindowShot(HWND window, const wchar_t* name) {
                      RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
     }
     // The window's rectangle, clipped to the screen.
-    const int screenLeft = GetSystemMetrics(SM_XVIRTUALSCREEN);
-    const int screenTop = GetSystemMetrics(SM_YVIRTUALSCREEN);
-    const RECT screen{screenLeft, screenTop, screenLeft + GetSystemMetrics(SM_CXVIRTUALSCREEN),
-                      screenTop + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+    const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
     RECT windowRect{}, rect{};
     if (!GetWindowRect(window, &windowRect) || !IntersectRect(&rect, &windowRect, &screen)) {
         return false;
@@ -25,14 +22,19 @@ bool SaveWindowShot(HWND window, const wchar_t* name) {
     const int width = rect.right - rect.left;
     const int height = rect.bottom - rect.top;
 
+    // A positive height: bottom-up rows, as a BMP file stores them.
     BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof(info.bmiHeader);
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;  // positive: bottom-up rows, as a BMP file stores them
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 24;
-    info.bmiHeader.biCompression = BI_RGB;
-    info.bmiHeader.biSizeImage = ((static_cast<DWORD>(width) * 3 + 3) & ~3u) * height;
+    info.bmiHeader = {sizeof(info.bmiHeader),
+                      width,
+                      height,
+                      1,
+                      24,
+                      BI_RGB,
+                      ((static_cast<DWORD>(width) * 3 + 3) & ~3u) * height,
+                      0,
+                      0,
+                      0,
+                      0};
 
     // A window of this thread is copied from its own device context: under Wine that reads what
     // was painted, while the screen may not have received the latest painting yet. Another

@@ -91,13 +91,6 @@ TEST(SerialPortWine, ExchangesLinesWithTheBoardThenClosesPromptly) {
     const int number = SimulatorPort("VELMORA_SIM_UCB_COM");
     if (number == 0)
         GTEST_SKIP() << "needs the board simulator (CTest entry velmora_win32_devices)";
-    // Under Wine only the device form names ports above 9; Open falls back to it.
-    const std::wstring device = L"\\\\.\\COM" + std::to_wstring(number);
-    HANDLE direct = CreateFileW(device.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(direct, INVALID_HANDLE_VALUE) << GetLastError();
-    CloseHandle(direct);
-
     SerialPort port;
     Lines received;
     Connect(port, number, received);
@@ -108,21 +101,15 @@ TEST(SerialPortWine, ExchangesLinesWithTheBoardThenClosesPromptly) {
 
     // The board is silent now. Under Wine the reader's wait for characters returns at once:
     // it must wait in its reads instead of spinning.
-    const double busy = CpuSecondsDuring(1000);
-    std::printf("The waiting reader used %.0f ms of processor time in 1 s\n", busy * 1000);
-    EXPECT_LT(busy, 0.2);
+    EXPECT_LT(CpuSecondsDuring(1000), 0.2) << "seconds of processor time in 1 s";
     // Close must end the waiting reader promptly.
     ASSERT_TRUE(port.ReaderRunning());
     const auto start = Clock::now();
     port.Close(true);
-    const long long closing = MillisecondsSince(start);
-    std::printf("Close took %lld ms\n", closing);
-    EXPECT_LT(closing, 1000);
+    EXPECT_LT(MillisecondsSince(start), 1000) << "ms to close";
     EXPECT_FALSE(port.ReaderRunning());
-    EXPECT_EQ(port.ReaderResult(), 0u);
     EXPECT_FALSE(port.IsOpen());
     EXPECT_FALSE(port.Write("late\r\n"));
-    EXPECT_FALSE(port.Configure(9600, 8, false, 0, 0, 0));
 
     // The port can be opened again at once; the board ends its script on this line.
     ASSERT_TRUE(port.Open(PortName(number).c_str()));
@@ -143,8 +130,6 @@ TEST(SerialPortWine, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
     const auto start = Clock::now();
     while (port.ReaderRunning() && MillisecondsSince(start) < 5000)
         Sleep(10);
-    std::printf("The reader ended %lld ms after the board was told to vanish, result %lu\n",
-                MillisecondsSince(start), port.ReaderResult());
     EXPECT_FALSE(port.ReaderRunning());
     EXPECT_NE(port.ReaderResult(), 0u);
     EXPECT_TRUE(port.IsOpen());
@@ -153,55 +138,33 @@ TEST(SerialPortWine, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
     EXPECT_FALSE(port.IsOpen());
 }
 
-// Registry keys and values made for a test under HKLM, removed again at the end.
-class RegistryFixture {
+// Values set under HKLM for a test: at the end the keys made for them go with all they hold,
+// and in the desktop's port map only the values set go.
+class RegistryValues {
   public:
-    ~RegistryFixture() {
-        for (const auto& [path, name] : values_) {
-            HKEY key;
-            if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_SET_VALUE, &key) ==
-                ERROR_SUCCESS) {
-                RegDeleteValueW(key, name.c_str());
-                RegCloseKey(key);
-            }
-        }
-        for (auto tree = trees_.rbegin(); tree != trees_.rend(); ++tree)
-            RegDeleteTreeW(HKEY_LOCAL_MACHINE, tree->c_str());
-    }
-    // Sets a string value, making its key (the first key made below an existing one is
-    // deleted at the end, with everything in it).
-    bool Set(const std::wstring& path, const std::wstring& name, const std::wstring& data) {
-        for (std::size_t end = path.find(L'\\');; end = path.find(L'\\', end + 1)) {
-            const std::wstring part = path.substr(0, end);
-            HKEY probe;
-            if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, part.c_str(), 0, KEY_READ, &probe) ==
-                ERROR_SUCCESS) {
-                RegCloseKey(probe);
+    ~RegistryValues() {
+        for (const auto& [key, name] : set_) {
+            if (key.find(L"SERIALCOMM") != std::wstring::npos) {
+                RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name.c_str());
             } else {
-                trees_.push_back(part);
-                break;
+                RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
             }
-            if (end == std::wstring::npos) break;
         }
-        HKEY key;
-        if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr,
-                            &key, nullptr) != ERROR_SUCCESS)
-            return false;
-        values_.emplace_back(path, name);
-        const LONG set = RegSetValueExW(key, name.c_str(), 0, REG_SZ,
-                                        reinterpret_cast<const BYTE*>(data.c_str()),
-                                        static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t)));
-        RegCloseKey(key);
-        return set == ERROR_SUCCESS;
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Drivers\\VelmoraTest");
+    }
+    bool Set(const std::wstring& key, const std::wstring& name, const std::wstring& data) {
+        set_.emplace_back(key, name);
+        return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name.c_str(), REG_SZ, data.c_str(),
+                               static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t))) ==
+               ERROR_SUCCESS;
     }
 
   private:
-    std::vector<std::wstring> trees_;
-    std::vector<std::pair<std::wstring, std::wstring>> values_;
+    std::vector<std::pair<std::wstring, std::wstring>> set_;
 };
 
 TEST(SerialPortWine, ListsHandheldDriversThenDesktopPortsOnce) {
-    RegistryFixture registry;
+    RegistryValues registry;
     const std::wstring active = L"Drivers\\Active\\";
     const std::wstring drivers = L"Drivers\\VelmoraTest\\";
     const std::wstring map = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";

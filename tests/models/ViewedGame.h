@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/MoveRules.h"
+#include "core/San.h"
 #include "game/Game.h"
 #include "game/MoveTree.h"
 #include "tests/core/TestBoards.h"
@@ -15,10 +16,11 @@ namespace velmora::testing {
 
 // The move written "e2e4" or "e7e8q".
 inline std::string MoveName(int from, int to, int promotion) {
-    std::string name{static_cast<char>('a' + FileOf(from)), static_cast<char>('1' + RankOf(from)),
-                     static_cast<char>('a' + FileOf(to)), static_cast<char>('1' + RankOf(to))};
-    if (const char letter = LetterFromType(promotion)) name += letter;
-    return name;
+    char16_t buffer[kSanBufferSize] = {};
+    WriteCoordinates(Move{static_cast<Square>(from), static_cast<Square>(to),
+                          static_cast<std::uint8_t>(promotion)},
+                     buffer);
+    return Narrow(buffer);
 }
 inline std::string Text(const MoveNode* node) {
     return MoveName(node->from, node->to, node->promotion);

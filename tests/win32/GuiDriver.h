@@ -40,9 +40,11 @@ inline std::vector<PopupAction> popupActions;
 inline void CALLBACK FirePopupAction(HWND, UINT, UINT_PTR id, DWORD) {
     HWND frame = pocketpc::DeviceFrame();
     HWND popup = frame != nullptr ? GetLastActivePopup(frame) : nullptr;
-    if (popupActions.empty()) KillTimer(nullptr, id);
-    if (popupActions.empty() || popup == nullptr || popup == frame || !IsWindowVisible(popup))
+    if (popupActions.empty()) {
+        KillTimer(nullptr, id);
         return;
+    }
+    if (popup == nullptr || popup == frame || !IsWindowVisible(popup)) return;
     if (!popupActions.front().accept(popup)) return;
     PopupAction next = std::move(popupActions.front());
     popupActions.erase(popupActions.begin());

@@ -111,10 +111,12 @@ inline std::wstring MessageText(HWND box) {
 
 // Whether this process can open windows: under Wine without an X display it cannot.
 inline bool CanCreateWindows() {
+    if (GetSystemMetrics(SM_CXSCREEN) == 0) return false;  // no display: do not try a window
     HWND probe = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 4, 4, nullptr, nullptr,
                                  GetModuleHandleW(nullptr), nullptr);
-    if (probe != nullptr) DestroyWindow(probe);
-    return GetSystemMetrics(SM_CXSCREEN) != 0 && probe != nullptr;
+    if (probe == nullptr) return false;
+    DestroyWindow(probe);
+    return true;
 }
 
 // Makes window the foreground window and waits until it has stayed there for a second: under

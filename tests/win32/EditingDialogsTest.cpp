@@ -1,6 +1,4 @@
-// The dialogs that edit a game, run for real: the board editor with its messages, the
-// headers and tags, and from the game window the promotion and new-line questions. Each is
-// photographed in portrait and in landscape.
+// The dialogs that edit a game, run for real and photographed in portrait and in landscape.
 #include "TestFiles.h"
 #include "core/MoveRules.h"
 #include "game/Game.h"
@@ -15,16 +13,9 @@
 #include "platform/win32/WideText.h"
 #include "resources/resource.h"
 #include "win32/GuiDriver.h"
-#include "win32/ProgramDriver.h"
 
 namespace velmora::gui {
 namespace {
-
-using e2e::MessageText;
-
-std::wstring ControlText(HWND dialog, int id) {
-    return WindowText(GetDlgItem(dialog, id));
-}
 
 std::u16string Text(const OwnedText& text) {
     return text.Get() != nullptr ? text.Get() : u"<none>";
@@ -124,7 +115,7 @@ TEST_F(EditingDialogsTest, HeadersShowRecentNamesAndStoreWhatWasTyped) {
         EXPECT_EQ(SendDlgItemMessageW(dialog, IDC_HEADER_DATE, DTM_GETSYSTEMTIME, 0,
                                       reinterpret_cast<LPARAM>(&time)),
                   GDT_NONE);
-        EXPECT_EQ(ControlText(dialog, IDC_HEADER_WHITE), L"Anna");
+        EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_HEADER_WHITE)), L"Anna");
         PhotographBothWays(dialog, L"game-headers");
         SetDlgItemTextW(dialog, IDC_HEADER_BLACK, L"Boris New");
         CheckDlgButton(dialog, IDC_RESULT_LINE, BST_UNCHECKED);
@@ -178,9 +169,7 @@ TEST_F(EditingDialogsTest, TagsDialogSetsAndDeletesTagsThroughTheGame) {
     EXPECT_EQ(game.FirstTag()->next, nullptr);
 }
 
-// A pawn tapped onto the last rank in the game window asks for its piece, then, beside the move
-// that follows, whether it starts a new line: Replace takes the place of the line picked in the
-// list.
+// A pawn tapped onto the last rank asks for its piece, then whether it starts a new line.
 TEST_F(EditingDialogsTest, MoveEntryAsksForThePieceAndTheNewLine) {
     test::TempFolder folder;
     const std::u16string path = folder.Path("promotion.pgn");

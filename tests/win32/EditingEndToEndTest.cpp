@@ -1,7 +1,5 @@
-// Editing and saving games in Velmora20.exe itself, driven across processes with the messages
-// that taps and commands send: moves by taps, a glyph, an evaluation, a comment, headers,
-// Save as into a new file read back, appending through the recent files, and saving in place
-// inside a file of three games, also after another program changed it.
+// Editing and saving games in Velmora20.exe itself, driven across processes: Save as, appending,
+// and saving in place among other games, also after another program changed the file.
 #include "win32/ProgramDriver.h"
 
 #include <commctrl.h>

@@ -1,14 +1,11 @@
 // Velmora20.exe itself, started as a separate process: the ".pgn" association question, the
-// hand-over from a second copy to the running one, and the French texts. Each screen reached is
-// photographed under build/screenshots/. Every process started here is killed at the end of its
-// test, so a failure cannot leave the program running.
+// hand-over from a second copy to the running one, and the French texts.
 #include "win32/ProgramDriver.h"
 
 namespace velmora::e2e {
 namespace {
 
-// The French start runs only where Wine reports French as the system language: in the CTest
-// entry velmora_win32_tests_french, which starts Wine with LC_ALL=fr_FR.UTF-8.
+// Runs only in the CTest entry velmora_win32_tests_french, whose Wine reports French.
 class EndToEndFrench : public EndToEnd {
   protected:
     void SetUp() override {

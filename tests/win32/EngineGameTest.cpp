@@ -1,6 +1,5 @@
 // The game window against the scripted test engine, loaded from an "Engines" folder by the
-// engine host as the program does: a game played by taps under the clock up to the engine's
-// resignation, an analysis that shows the search information, and an engine that dies mid-game.
+// engine host as the program does.
 #include <filesystem>
 
 #include "TestFiles.h"
@@ -102,15 +101,12 @@ TEST_F(EngineGameTest, PlaysUnderTheClockUntilTheEngineResigns) {
         Repaint(window);
         EXPECT_TRUE(test::SaveWindowShot(window, L"engine-game-clock-portrait"));
         SendMessageW(window, WM_COMMAND, ID_LARGE_CLOCKS, 0);
-        pocketpc::SetOrientation(false);
-        Repaint(window);
-        EXPECT_TRUE(test::SaveWindowShot(window, L"engine-game-large-clocks-landscape"));
+        PhotographBothWays(window, L"engine-game-large-clocks");
         SendMessageW(window, WM_COMMAND, ID_LARGE_CLOCKS, 0);
-        pocketpc::SetOrientation(true);
 
         WhenPopup(Titled(L"1-0"), [&](HWND box) {
             ++resignationBoxes;
-            resignationText = BoxText(box);
+            resignationText = MessageText(box);
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
         MoveByTaps(view, "g1", "f3");
@@ -161,8 +157,7 @@ TEST_F(EngineGameTest, AnalysisShowsTheSearchInformationInPlaceOfTheComment) {
     EXPECT_NE(EngineLog().find("Start 1 1 null"), std::string::npos);
 }
 
-// The engine's thread ends after its first answer: the next liveness check reports it, and the
-// game with its moves is still there to save.
+// An engine that dies after its first answer is reported, and the game is still there to save.
 TEST_F(EngineGameTest, AnEngineThatDiesIsReportedAndTheGameIsKept) {
     UseScript("flags 1\nmove e7e5\ndie-after 1\n");
     const std::u16string path = root.Path("kept.pgn");
@@ -182,7 +177,7 @@ TEST_F(EngineGameTest, AnEngineThatDiesIsReportedAndTheGameIsKept) {
         PumpUntil([&] { return game.Current()->SideToMove() == kWhite; });
         MoveByTaps(view, "g1", "f3");
         WhenPopup(Titled(L"Velmora 2.0"), [&](HWND box) {
-            stoppedText = BoxText(box);
+            stoppedText = MessageText(box);
             SendMessageW(box, WM_COMMAND, IDOK, 0);
         });
         // The check runs on one tick in ten of the engine's time.
@@ -201,8 +196,7 @@ TEST_F(EngineGameTest, AnEngineThatDiesIsReportedAndTheGameIsKept) {
     EXPECT_NE(saved.find("1. e4 e5 2. Nf3"), std::string::npos) << saved;
 }
 
-// Velmora's own engine library, as the program ships it: one level chosen from its menu, and a
-// move answered.
+// Velmora's own engine library, as shipped: a level chosen from its menu, and a move answered.
 TEST_F(EngineGameTest, VelmorasOwnEngineAnswersAtTheLevelChosenInItsMenu) {
     UseVelmora();
     Game game;

@@ -1,6 +1,5 @@
-// The UCI bridge DLL of the build loaded as the program loads it: copied beside an ini file that
-// runs the scripted UCI program, and as the build ships it. The program's own Velmora.dll plays
-// in the game window (EngineGameTest).
+// The UCI bridge DLL loaded as the program loads it, beside an ini file that runs the scripted
+// UCI program.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -12,7 +11,6 @@
 
 #include "engine/PluginInterface.h"
 #include "plugins/RecordingHost.h"
-#include "plugins/common/EngineMenu.h"
 #include "win32/ProgramDriver.h"
 
 namespace velmora::plugin {
@@ -130,26 +128,6 @@ TEST_F(BridgeFolder, RunsTheProgramOverPipesAndSeesItEnd) {
     Load("exit\n");
     EXPECT_EQ(engine_->Get(), nullptr);
     EXPECT_LT(GetTickCount() - start, 8000u);  // well before the 10 s timeout
-}
-
-// UciBridge.dll as the build ships it, with velmora-engine.exe beside it, and its level menu: a
-// real menu whose mark moves to the level chosen.
-TEST(BuiltBridge, RunsTheEngineBesideItAndMarksTheLevelChosen) {
-    RecordingHost host;
-    LoadedEngine engine(WindowsPath(VELMORA_ENGINES_DIR "/UciBridge/UciBridge.dll"), &host);
-    ASSERT_NE(engine.Get(), nullptr);
-    EngineInfo info = {kEngineInfoSize, 0, 0, {}};
-    engine->GetInfo(&info);
-    EXPECT_EQ(std::u16string(info.name), u"Velmora");
-    HMENU menu = static_cast<HMENU>(engine->GetMenu());
-    ASSERT_NE(menu, nullptr);
-    const auto checked = [&](int command) {
-        return (GetMenuState(menu, kFirstLevelCommand + command, MF_BYCOMMAND) & MF_CHECKED) != 0;
-    };
-    EXPECT_TRUE(checked(1));
-    EXPECT_EQ(engine->OnCommand(nullptr, kFirstLevelCommand, 0), 1);  // 1 second per move
-    EXPECT_TRUE(checked(0));
-    EXPECT_FALSE(checked(1));
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
-// GuiDriver: runs the program's windows and dialogs inside the test process under a frame the
-// size of a handheld's screen, drives them with the messages a tap or a command sends, reads
-// them back and photographs them under build/screenshots/.
+// GuiDriver: runs the program's windows in the test process under a handheld-sized frame and
+// drives them with the messages a tap or a command sends.
 #pragma once
 
 #include <windows.h>
@@ -21,9 +20,13 @@
 #include "ui/Application.h"
 #include "ui/DeviceFrame.h"
 #include "ui/DrawingResources.h"
+#include "win32/ProgramDriver.h"
 #include "win32/Screenshot.h"
 
 namespace velmora::gui {
+
+using e2e::MessageText;
+using e2e::WindowText;
 
 inline std::wstring DataPath(const wchar_t* name) {
     std::string folder = VELMORA_TEST_DATA_DIR;
@@ -153,17 +156,6 @@ inline std::wstring SelectedRow(HWND list) {
     return row >= 0 ? ListBoxRows(list).at(row) : L"<none>";
 }
 
-inline std::wstring WindowText(HWND window) {
-    wchar_t text[1024] = {};
-    GetWindowTextW(window, text, 1024);
-    return text;
-}
-
-// The text of a message box (its static control).
-inline std::wstring BoxText(HWND box) {
-    return WindowText(GetDlgItem(box, 0xFFFF));
-}
-
 // Sends the game list dialog what a tap on a column header (row -1) or on a row sends.
 inline void TapGameList(HWND dialog, HWND list, int row, int column = 0) {
     NMITEMACTIVATE notify{};
@@ -186,9 +178,7 @@ inline void PhotographBothWays(HWND dialog, const std::wstring& name) {
     Repaint(dialog);
 }
 
-// The main window over folder, which is the current folder while it lives (its document list
-// shows the files below it), shown and painted; the window goes and the previous current
-// folder comes back with this object.
+// The main window shown over folder, the current folder while this object lives.
 class MainWindowIn {
   public:
     explicit MainWindowIn(const std::wstring& folder) {

@@ -1,6 +1,5 @@
 // ProgramDriver: starts Velmora20.exe as a separate process in a folder of its own and drives
-// it as a person would, with the messages that taps and commands send, finding its windows by
-// class, caption or a control they hold. Every process started is killed at the end of a test.
+// it as a person would. Every process started is killed at the end of a test.
 #pragma once
 
 #include <windows.h>

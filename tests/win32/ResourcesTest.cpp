@@ -1,10 +1,8 @@
-// The program's resources (English, linked into this test program) and the French language
-// module: strings, menus and dialog templates.
+// The English resources (linked into this program) against the French module: strings, menus.
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <cwchar>
 #include <set>
 #include <string>
@@ -122,72 +120,6 @@ TEST_F(Resources, MenusHaveTheSameCommandsInBothLanguages) {
     }
     EXPECT_NE(DescribeMenu(FrenchModule(), IDM_MAIN_MENU, true),
               DescribeMenu(EnglishModule(), IDM_MAIN_MENU, true));
-}
-
-struct DialogTemplate {
-    DWORD style = 0;
-    int cx = 0, cy = 0;
-    std::vector<DLGITEMTEMPLATE> items;
-};
-
-// Moves p past a name-or-ordinal field of a dialog template.
-void SkipNameOrOrdinal(const WORD*& p) {
-    if (*p == 0xFFFF) {
-        p += 2;
-        return;
-    }
-    while (*p++ != 0) {
-    }
-}
-
-// Parses the classic (not extended) dialog template id of the module; false when it is missing.
-bool ReadDialog(HMODULE module, UINT id, DialogTemplate* dialog) {
-    HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), RT_DIALOG);
-    if (resource == nullptr) return false;
-    auto* header = static_cast<const DLGTEMPLATE*>(LockResource(LoadResource(module, resource)));
-    if (header == nullptr) return false;
-    dialog->style = header->style;
-    dialog->cx = header->cx;
-    dialog->cy = header->cy;
-    auto* p = reinterpret_cast<const WORD*>(header + 1);
-    for (int field = 0; field < 3; ++field)  // menu, class, title
-        SkipNameOrOrdinal(p);
-    if (header->style & DS_SETFONT) SkipNameOrOrdinal(++p);  // point size, typeface
-    for (int i = 0; i < header->cdit; ++i) {
-        auto address = (reinterpret_cast<std::uintptr_t>(p) + 3) & ~std::uintptr_t{3};
-        auto* item = reinterpret_cast<const DLGITEMTEMPLATE*>(address);
-        dialog->items.push_back(*item);
-        p = reinterpret_cast<const WORD*>(item + 1);
-        SkipNameOrOrdinal(p);                                                          // class
-        SkipNameOrOrdinal(p);                                                          // text
-        p = reinterpret_cast<const WORD*>(reinterpret_cast<const BYTE*>(p + 1) + *p);  // data
-    }
-    return true;
-}
-
-std::vector<WORD> ItemIds(const DialogTemplate& dialog) {
-    std::vector<WORD> ids;
-    for (const DLGITEMTEMPLATE& item : dialog.items)
-        ids.push_back(item.id);
-    return ids;
-}
-
-TEST_F(Resources, DialogTemplatesMatchAcrossLanguagesAndFitTheirControls) {
-    for (UINT id : {IDD_PROMOTION, IDD_ABOUT, IDD_ABOUT_LANDSCAPE, IDD_GAME_LIST, IDD_CHOOSE_MOVE,
-                    IDD_NEW_LINE, IDD_GAME_WINDOW, IDD_START_GAME}) {
-        SCOPED_TRACE(testing::Message() << "dialog " << id);
-        DialogTemplate english, french;
-        ASSERT_TRUE(ReadDialog(EnglishModule(), id, &english));
-        ASSERT_TRUE(ReadDialog(FrenchModule(), id, &french));
-        EXPECT_EQ(ItemIds(french), ItemIds(english));
-        EXPECT_EQ(french.style, english.style);
-        for (const DialogTemplate* dialog : {&english, &french}) {
-            for (const DLGITEMTEMPLATE& item : dialog->items) {
-                EXPECT_LE(item.x + item.cx, dialog->cx) << "control " << item.id;
-                EXPECT_LE(item.y + item.cy, dialog->cy) << "control " << item.id;
-            }
-        }
-    }
 }
 
 }  // namespace

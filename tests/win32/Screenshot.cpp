@@ -24,17 +24,12 @@ bool SaveWindowShot(HWND window, const wchar_t* name) {
 
     // A positive height: bottom-up rows, as a BMP file stores them.
     BITMAPINFO info{};
-    info.bmiHeader = {sizeof(info.bmiHeader),
-                      width,
-                      height,
-                      1,
-                      24,
-                      BI_RGB,
-                      ((static_cast<DWORD>(width) * 3 + 3) & ~3u) * height,
-                      0,
-                      0,
-                      0,
-                      0};
+    info.bmiHeader.biSize = sizeof(info.bmiHeader);
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 24;
+    info.bmiHeader.biSizeImage = ((static_cast<DWORD>(width) * 3 + 3) & ~3u) * height;
 
     // A window of this thread is copied from its own device context: under Wine that reads what
     // was painted, while the screen may not have received the latest painting yet. Another

@@ -5,10 +5,7 @@
 
 namespace velmora::test {
 
-// Copies the screen inside window's rectangle (clipped to the screen) to
-// "<build>/screenshots/<name>.bmp", creating the folder when it is missing. The window must be
-// visible and not covered; a window of this thread is repainted first, one of another process
-// must have painted already. Returns false when nothing could be captured or written.
+// Copies the visible window to "<build>/screenshots/<name>.bmp"; false when nothing was saved.
 bool SaveWindowShot(HWND window, const wchar_t* name);
 
 }  // namespace velmora::test

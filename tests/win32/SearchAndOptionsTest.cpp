@@ -1,6 +1,5 @@
-// The search dialog and the options sheet, run for real: searches by name, position and
-// material over real files with the games found listed and one opened, a search stopped
-// halfway, and options changed, seen in the game window and kept in the settings store.
+// The search dialog and the options sheet, run for real: a search by name over real files with
+// a game opened, a search stopped halfway, and options seen in the game window and stored.
 #include <windows.h>
 
 #include <prsht.h>
@@ -11,7 +10,6 @@
 #include "game/Game.h"
 #include "game/GameListOrder.h"
 #include "game/GameSearch.h"
-#include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
 #include "gamewindow/OptionsSheet.h"
 #include "platform/SettingsStore.h"
@@ -20,33 +18,19 @@
 #include "shell/SearchDialog.h"
 #include "ui/DocumentList.h"
 #include "win32/GuiDriver.h"
-#include "win32/ProgramDriver.h"
 
 namespace velmora::gui {
 namespace {
 
 using platform::win32::FromWin32;
 
-// The folder of PGN files the searches look through: the shared collections when the build
-// found them, else the test data.
+// The shared PGN collections when the build found them, else the test data.
 std::wstring SearchFolder() {
 #ifdef VELMORA_SHARED_DATA_DIR
     return e2e::WindowsPath(VELMORA_SHARED_DATA_DIR "/");
 #else
     return e2e::WindowsPath(VELMORA_TEST_DATA_DIR "/");
 #endif
-}
-
-std::vector<std::u16string> PgnFilesOf(const std::wstring& folder) {
-    std::vector<std::u16string> paths;
-    WIN32_FIND_DATAW found;
-    HANDLE search = FindFirstFileW((folder + L"*.pgn").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return paths;
-    do {
-        paths.push_back(FromWin32(folder + found.cFileName));
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
-    return paths;
 }
 
 // What the portable search finds for the same criteria and files: what the dialog must show.
@@ -93,15 +77,16 @@ TEST_F(SearchAndOptionsTest, NameSearchListsTheGamesFoundAndOpensTheOneChosen) {
     ASSERT_GT(expected->Size(), 1);
     const GameRow second = expected->At(1);
 
+    WhenPopup(Titled(L"Game search"), [&](HWND dialog) { PressButton(dialog, IDC_EDIT_MATERIAL); });
+    WhenPopup(Titled(L"Material"), [&](HWND editor) {
+        Repaint(editor);
+        EXPECT_TRUE(test::SaveWindowShot(editor, L"search-material-editor"));
+        PressButton(editor, IDCANCEL);
+    });
     WhenPopup(Titled(L"Game search"), [&](HWND dialog) {
-        EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_FILES_TO_PARSE)),
-                  std::to_wstring(paths.size()) + L" files to parse");
-        EXPECT_EQ(WindowText(GetDlgItem(dialog, IDC_SEARCH_RESULT)), L"Don't care");
-        EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, IDC_FILES_PROGRESS)));
         Type(dialog, IDC_SEARCH_WHITE, L"@a");
         Type(dialog, IDC_SEARCH_BLACK, L"@e");
-        Repaint(dialog);
-        EXPECT_TRUE(test::SaveWindowShot(dialog, L"search-by-name"));
+        PhotographBothWays(dialog, L"search-dialog");
         PressButton(dialog, IDC_SEARCH_RUN);
     });
     WhenPopup(HasControl(IDC_GAME_LIST), [&](HWND list) {
@@ -127,103 +112,6 @@ TEST_F(SearchAndOptionsTest, NameSearchListsTheGamesFoundAndOpensTheOneChosen) {
     EXPECT_EQ(opened.Offset(), second.Offset());
     // Saving splices the game back among the others of its file.
     EXPECT_EQ(main.CurrentGame()->saveMode, main.CurrentFile()->Count());
-}
-
-// The position editor and the material editor of the search dialog each set their criteria,
-// and choosing one drops the other.
-TEST_F(SearchAndOptionsTest, PositionAndMaterialSearchesFindWhatTheSearchFinds) {
-    const std::vector<std::u16string> paths = PgnFilesOf(SearchFolder());
-    ASSERT_FALSE(paths.empty());
-    PositionValue afterE4E5;  // set up on the board editor below
-    afterE4E5.Put(12, 0);
-    afterE4E5.Put(28, kWhite | kPawn);
-    afterE4E5.Put(52, 0);
-    afterE4E5.Put(36, kBlack | kPawn);
-    SearchCriteria byPosition;
-    byPosition.position = afterE4E5;
-    const int positionCount = SearchDirectly(byPosition, paths)->Size();
-    SearchCriteria byMaterial;
-    byMaterial.material = true;
-    byMaterial.wantedWhite = {0, 8, 2, 2, 2, 0};
-    byMaterial.wantedBlack = {0, 8, 2, 2, 2, 0};
-    const int materialCount = SearchDirectly(byMaterial, paths)->Size();
-    ASSERT_GT(positionCount, 0);
-    ASSERT_GT(materialCount, 0);
-
-    SearchDialog dialog(paths);
-    auto tapSquare = [](HWND setup, int file, int rank) {
-        SendMessageW(setup, WM_LBUTTONDOWN, MK_LBUTTON,
-                     MAKELPARAM(3 + 19 * file + 9, 3 + 19 * (7 - rank) + 9));
-    };
-    auto expectListed = [&](int count) {
-        WhenPopup(HasControl(IDC_GAME_LIST), [count](HWND list) {
-            EXPECT_EQ(ListView_GetItemCount(GetDlgItem(list, IDC_GAME_LIST)), count);
-            SendMessageW(list, WM_COMMAND, IDOK, 0);
-        });
-    };
-    WhenPopup(Titled(L"Game search"), [&](HWND search) { PressButton(search, IDC_EDIT_POSITION); });
-    WhenPopup(Titled(L"Setup board"), [&](HWND setup) {
-        tapSquare(setup, 4, 1);  // the white pawn of e2 goes
-        tapSquare(setup, 4, 3);  // and stands on e4
-        PressButton(setup, IDC_SETUP_BLACK_PAWN);
-        tapSquare(setup, 4, 6);
-        tapSquare(setup, 4, 4);
-        PressButton(setup, IDOK);
-    });
-    WhenPopup(Titled(L"Game search"), [&](HWND search) {
-        EXPECT_EQ(IsDlgButtonChecked(search, IDC_SEARCH_POSITION), BST_CHECKED);
-        PressButton(search, IDC_SEARCH_RUN);
-    });
-    expectListed(positionCount);
-    WhenPopup(Titled(L"Game search"), [&](HWND search) { PressButton(search, IDC_EDIT_MATERIAL); });
-    WhenPopup(Titled(L"Material"), [&](HWND editor) {
-        SetDlgItemInt(editor, IDC_WANTED_FIRST + 4, 0, FALSE);      // no white queen
-        SetDlgItemInt(editor, IDC_WANTED_FIRST + 5 + 4, 0, FALSE);  // nor a black one
-        Repaint(editor);
-        EXPECT_TRUE(test::SaveWindowShot(editor, L"search-material-editor"));
-        PressButton(editor, IDOK);
-    });
-    WhenPopup(Titled(L"Game search"), [&](HWND search) {
-        EXPECT_NE(IsDlgButtonChecked(search, IDC_SEARCH_POSITION), BST_CHECKED);
-        PressButton(search, IDC_SEARCH_RUN);
-    });
-    expectListed(materialCount);
-    WhenPopup(Titled(L"Game search"),
-              [&](HWND search) { SendMessageW(search, WM_COMMAND, IDOK, 0); });
-    EXPECT_EQ(dialog.Run(frame), 0);
-    EXPECT_TRUE(popupActions.empty());
-    popupActions.clear();
-}
-
-TEST_F(SearchAndOptionsTest, MessagesForNoCriteriaTheEcoWarningAndNothingFound) {
-    SearchDialog dialog({FromWin32(DataPath(L"game-list-sorting.pgn"))});
-    // Presses button on the search dialog, then reads and closes the box titled caption.
-    const auto expectBox = [](int button, const wchar_t* caption, std::wstring text) {
-        WhenPopup(Titled(L"Game search"), [button](HWND search) { PressButton(search, button); });
-        WhenPopup(Titled(caption), [text](HWND box) {
-            EXPECT_EQ(e2e::MessageText(box), text);
-            SendMessageW(box, WM_COMMAND, IDOK, 0);
-        });
-    };
-    WhenPopup(Titled(L"Game search"), [](HWND search) {
-        SendDlgItemMessageW(search, IDC_SEARCH_RESULT, CB_SETCURSEL, 1, 0);  // "1-0" alone
-    });
-    expectBox(IDC_SEARCH_RUN, L"Game search",
-              L"At least one criteria (other than result) must be filled");
-    expectBox(IDC_ECO_WARNING, L"ECO Warning",
-              L"Velmora does not know ECO and will therefore only search for the corresponding "
-              L"PGN tag (and not for the corresponding moves");
-    WhenPopup(Titled(L"Game search"), [](HWND search) {
-        Type(search, IDC_SEARCH_WHITE, L"adam, paul");  // exact names keep their case
-    });
-    expectBox(IDC_SEARCH_RUN, L"Search game", L"No game found");
-    WhenPopup(Titled(L"Game search"), [](HWND search) {
-        PhotographBothWays(search, L"search-dialog");
-        SendMessageW(search, WM_COMMAND, IDOK, 0);
-    });
-    EXPECT_EQ(dialog.Run(frame), 0);
-    EXPECT_TRUE(popupActions.empty());
-    popupActions.clear();
 }
 
 // A file of many games, so that a search over it lasts long enough to be stopped.
@@ -301,10 +189,6 @@ HWND ShowPage(HWND sheet, int index) {
     return PropSheet_GetCurrentPageHwnd(sheet);
 }
 
-void Press(HWND sheet, int button) {
-    PropSheet_PressButton(sheet, button);
-}
-
 // Changes on every page, each photographed, stored by OK where the next start reads them.
 TEST_F(SearchAndOptionsTest, OptionsAreStoredOnOkAndKeptInMemoryOnCancel) {
     settings->layout = 0;
@@ -327,7 +211,7 @@ TEST_F(SearchAndOptionsTest, OptionsAreStoredOnOkAndKeptInMemoryOnCancel) {
         Type(colors, IDC_BLACK_GREEN, L"");   // reads as 0
         Repaint(sheet);
         EXPECT_TRUE(test::SaveWindowShot(sheet, L"options-colors"));
-        Press(sheet, PSBTN_OK);
+        PropSheet_PressButton(sheet, PSBTN_OK);
     });
     EXPECT_TRUE(ok);
     EXPECT_EQ(settings->displayArrow, 0u);
@@ -352,7 +236,7 @@ TEST_F(SearchAndOptionsTest, OptionsAreStoredOnOkAndKeptInMemoryOnCancel) {
         PressButton(colors, IDC_COLORS_RESTORE);
         EXPECT_EQ(WindowText(GetDlgItem(colors, IDC_WHITE_RED)), L"44");
         Type(colors, IDC_SELECT_BLUE, L"1");
-        Press(sheet, PSBTN_CANCEL);
+        PropSheet_PressButton(sheet, PSBTN_CANCEL);
     });
     EXPECT_FALSE(ok);
     // Intended: a cancelled sheet leaves what its pages held in the settings.
@@ -379,7 +263,7 @@ TEST_F(SearchAndOptionsTest, GameWindowFollowsTheLayoutChosen) {
         HWND display = ShowPage(sheet, 0);
         SendDlgItemMessageW(display, IDC_LAYOUT, CB_SETCURSEL, 4, 0);     // "Lrg board, no list"
         SendDlgItemMessageW(display, IDC_PIECE_SET, CB_SETCURSEL, 1, 0);  // "Staunton"
-        Press(sheet, PSBTN_OK);
+        PropSheet_PressButton(sheet, PSBTN_OK);
     });
     view.Run(frame, 0);
     EXPECT_TRUE(popupActions.empty());

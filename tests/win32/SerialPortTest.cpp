@@ -1,6 +1,5 @@
-// The Windows serial port under Wine: against the board simulators that the CTest entry
-// velmora_win32_devices links to COM ports (with-simulators.sh; without it those tests skip),
-// and the port list read from the registry.
+// The Windows serial port under Wine, against the board simulators that the CTest entry
+// velmora_win32_devices links to COM ports (with-simulators.sh; without it these tests skip).
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -10,7 +9,6 @@
 #include <cstdlib>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/SerialPort.h"
@@ -24,8 +22,7 @@ long long MillisecondsSince(Clock::time_point start) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
 }
 
-// The COM number with-simulators.sh linked to a simulator, named by an environment variable;
-// 0 when the test runs without simulators.
+// The COM number with-simulators.sh gave a simulator, or 0 without simulators.
 int SimulatorPort(const char* variable) {
     const char* value = std::getenv(variable);
     return value ? std::atoi(value) : 0;
@@ -76,8 +73,7 @@ double CpuSecondsDuring(DWORD milliseconds) {
     return seconds() - before;
 }
 
-// Opens the port and answers the simulator's "hello" (its "I" requests) with the line the
-// program sends.
+// Opens the port and answers the simulator's "I" requests with the program's hello.
 void Connect(SerialPort& port, int number, Lines& received) {
     unsigned long error = 1;
     ASSERT_TRUE(port.Open(PortName(number).c_str(), &error)) << "COM" << number << ": " << error;
@@ -136,71 +132,6 @@ TEST(SerialPortWine, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
     EXPECT_FALSE(port.Write("Me7-e5\r\n"));
     port.Close(true);
     EXPECT_FALSE(port.IsOpen());
-}
-
-// Values set under HKLM for a test: at the end the keys made for them go with all they hold,
-// and in the desktop's port map only the values set go.
-class RegistryValues {
-  public:
-    ~RegistryValues() {
-        for (const auto& [key, name] : set_) {
-            if (key.find(L"SERIALCOMM") != std::wstring::npos) {
-                RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name.c_str());
-            } else {
-                RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
-            }
-        }
-        RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Drivers\\VelmoraTest");
-    }
-    bool Set(const std::wstring& key, const std::wstring& name, const std::wstring& data) {
-        set_.emplace_back(key, name);
-        return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name.c_str(), REG_SZ, data.c_str(),
-                               static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t))) ==
-               ERROR_SUCCESS;
-    }
-
-  private:
-    std::vector<std::pair<std::wstring, std::wstring>> set_;
-};
-
-TEST(SerialPortWine, ListsHandheldDriversThenDesktopPortsOnce) {
-    RegistryValues registry;
-    const std::wstring active = L"Drivers\\Active\\";
-    const std::wstring drivers = L"Drivers\\VelmoraTest\\";
-    const std::wstring map = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";
-    const struct {
-        std::wstring key, name, value;
-    } kValues[] = {
-        {active + L"VlmT1", L"Name", L"COM71:"},
-        {active + L"VlmT1", L"Key", drivers + L"Serial71"},
-        {drivers + L"Serial71", L"FriendlyName", L"Test cable on COM71"},
-        {drivers + L"Serial71", L"Dll", L"unused.dll"},
-        {active + L"VlmT2", L"Name", L"com72:"},
-        {active + L"VlmT2", L"Key", drivers + L"Serial72"},
-        {drivers + L"Serial72", L"Dll", L"testser.dll"},
-        {active + L"VlmT3", L"Name", L"COM73:"},
-        {active + L"VlmT3", L"Key", drivers + L"Missing"},
-        {active + L"VlmT4", L"Name", L"TCP74:"},
-        {active + L"VlmT5", L"Name", L"COM75"},
-        // Sub-key names of more than 16 characters are not read.
-        {active + L"VelmoraTestLongName", L"Name", L"COM76:"},
-        {map, L"VelmoraTestA", L"COM84"},
-        {map, L"VelmoraTestB", L"COM71"},
-        {map, L"VelmoraTestC", L"LPT3"},
-    };
-    for (const auto& value : kValues)
-        ASSERT_TRUE(registry.Set(value.key, value.name, value.value));
-
-    std::vector<std::pair<std::u16string, int>> listed;
-    for (const SerialPortEntry& entry : ListSerialPorts())
-        if (entry.number >= 71 && entry.number <= 84)
-            listed.emplace_back(entry.label, entry.number);
-    // The handheld's drivers come in the order the registry lists its keys (by name here).
-    const std::vector<std::pair<std::u16string, int>> expected = {{u"Test cable on COM71", 71},
-                                                                  {u"com72: (testser.dll)", 72},
-                                                                  {u"COM73:", 73},
-                                                                  {u"COM84:", 84}};
-    EXPECT_EQ(listed, expected);
 }
 
 }  // namespace

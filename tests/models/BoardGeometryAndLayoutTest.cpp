@@ -69,9 +69,11 @@ TEST(BoardGeometry, ArrowDirections) {
     // Counter-clockwise from east: the eight neighbours of e4 and the knight moves between them.
     const char* const around[] = {"f4", "g5", "f5", "f6", "e5", "d6", "d5", "c5",
                                   "d4", "c3", "d3", "d2", "e3", "f2", "f3", "g3"};
-    for (int direction = 0; direction < 16; ++direction)
-        EXPECT_EQ(Direction(kPlain, std::string("e4") + around[direction]), direction)
-            << around[direction];
+    for (int direction = 0; direction < 16; ++direction) {
+        const std::string move = std::string("e4") + around[direction];
+        EXPECT_EQ(Direction(kPlain, move), direction) << move;
+        EXPECT_EQ(Direction(kFlipped, move), (direction + 8) % 16) << move;  // turned half round
+    }
 }
 
 bool HasList(std::uint32_t code) {

@@ -1,6 +1,5 @@
-// The game clock on a fake tick: time controls across their boundaries, increments, the
-// running side, a tick count that wraps around, time running out, and the texts it shows. What
-// the clock window repaints is seen in tests/win32/ClockAndEngineInfoTest.cpp.
+// The game clock on a fake tick: time controls, increments, a wrapping tick count, time running
+// out.
 #include "clock/ChessClock.h"
 
 #include <gtest/gtest.h>
@@ -8,14 +7,10 @@
 #include <cstdint>
 #include <map>
 
-#include "game/Position.h"
-#include "tests/core/TestBoards.h"
-
 namespace velmora {
 namespace {
 
-// A game played on the clock as the game window drives it: one tick a second while a side
-// thinks, and the next side's tick as soon as a move is completed.
+// The clock driven as the game window does: a tick a second, and one as soon as a move is made.
 class ClockGame {
   public:
     explicit ClockGame(const TimeControl& control, std::uint32_t start = 0) : now(start) {
@@ -51,17 +46,10 @@ struct Scheme {
     std::map<int, int> movesToGoAfter;  // full-move number -> moves to go after that move
 };
 
-// Every half-move of a long game: each side loses its move time less the increment, gains the
-// control's time exactly after its own move of the boundary's number, and moves to go changes
-// only when Black completes a full move.
+// Every half-move: the mover loses its move time less the increment and gains the control's
+// time after its own move of the boundary's number; moves to go changes only after Black moves.
 TEST(ChessClock, TimeControlsAcrossTheirBoundaries) {
     const Scheme schemes[] = {
-        {"first control repeats",
-         {0, 40, 7200, 0, 0, 0, 0},
-         60,
-         81,
-         {{40, 7200}, {80, 7200}},
-         {{1, 39}, {39, 1}, {40, 40}, {41, 39}, {79, 1}, {80, 40}, {81, 39}}},
         {"second control repeats after the first",
          {0, 20, 3000, 25, 600, 0, 0},
          30,
@@ -144,68 +132,26 @@ TEST(ChessClock, TickCountWrappingAround) {
     }
 }
 
-// The running move is taken off the shown total, never below 0; minutes grow past their width.
-TEST(ChessClock, TextsOfBothModes) {
-    struct Row {
-        std::int32_t timePerMove;
-        int seconds;  // of the running move
-        const char16_t* normal;
-    };
-    const Row rows[] = {
-        {60, 1, u"00:01/000:59"},       {3600, 0, u"00:00/060:00"},   {60000, 0, u"00:00/1000:00"},
-        {7000, 6000, u"100:00/016:40"}, {120, 3599, u"59:59/000:00"}, {-30, 0, u"00:00/000:00"},
-    };
-    for (const Row& row : rows) {
-        ClockGame game({row.timePerMove, 0, 0, 0, 0, 0, 0});
-        game.Think(row.seconds);
-        const ChessClock& clock = game.clock;
-        SCOPED_TRACE(::testing::Message() << row.timePerMove << " s, " << row.seconds << " s");
-        EXPECT_EQ(clock.SideText(kClockWhite), row.normal);
-        EXPECT_EQ(clock.MoveTimeText(kClockWhite) + u"/" + clock.TotalText(kClockWhite),
-                  row.normal);
-    }
-}
-
-// A stopped clock starts a side without charging the pause to anyone.
-TEST(ChessClock, ResetStopsUntilTheNextTick) {
-    ClockGame game({0, 0, 300, 0, 0, 0, 10});
+// The engine reads the times in milliseconds, the running move not taken off. A reset clock
+// drops the running move and starts a side without charging the pause to anyone.
+TEST(ChessClock, TimesForTheEngineAndReset) {
+    ClockGame game({0, 40, 300, 0, 0, 0, 10});
     ChessClock& clock = game.clock;
-    game.Think(20);
-    clock.Reset();
-    EXPECT_EQ(clock.RunningSide(), kClockStopped);
-    game.now += 500000;
-    clock.Tick(kClockStopped, 3);
-    EXPECT_EQ(clock.RunningSide(), kClockStopped);
-    clock.Tick(kClockBlack, 7);
-    EXPECT_EQ(clock.Remaining(kClockWhite), 300);
-    EXPECT_EQ(clock.MoveTime(kClockBlack), 0);
-    EXPECT_EQ(clock.MoveNumber(), 7);
-}
-
-// The engine reads the remaining times in milliseconds; the running move is not taken off.
-TEST(ChessClock, TimesForTheEngine) {
-    ClockGame game({0, 40, 5400, 0, 0, 0, 0});
     game.Move(20);
     game.Move(30);
     game.Think(4);
     std::int32_t white = 0, black = 0, movesToGo = 0;
-    game.clock.GetTimes(&white, &black, &movesToGo);
-    EXPECT_EQ(white, 5380000);
-    EXPECT_EQ(black, 5370000);
+    clock.GetTimes(&white, &black, &movesToGo);
+    EXPECT_EQ(white, 290000);
+    EXPECT_EQ(black, 280000);
     EXPECT_EQ(movesToGo, 39);
-}
-
-// The full-move number the window gives the clock: that of the move being thought about.
-TEST(ChessClock, MoveNumberAndSideOfAPosition) {
-    Position root;
-    Position* position = &root;
-    for (const auto& [text, number] : {std::pair{"e2e4", 1}, {"e7e5", 2}, {"g1f3", 2}}) {
-        const Move move = testing::MoveOf(text);
-        position = position->PlayMove(move.from, move.to, nullptr, move.promotion, nullptr);
-        ASSERT_NE(position, nullptr) << text;
-        EXPECT_EQ(ClockMoveNumber(*position), number) << text;
-    }
-    EXPECT_EQ(ClockSideOf(position->SideToMove()), kClockBlack);
+    clock.Reset();
+    game.now += 500000;
+    clock.Tick(kClockStopped, 3);
+    EXPECT_EQ(clock.RunningSide(), kClockStopped);
+    clock.Tick(kClockBlack, 7);
+    EXPECT_EQ(clock.Remaining(kClockWhite), 290);  // neither the running move nor the pause
+    EXPECT_EQ(clock.MoveTime(kClockBlack), 0);
 }
 
 }  // namespace

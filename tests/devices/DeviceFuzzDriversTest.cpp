@@ -1,5 +1,4 @@
-// The device fuzz drivers: their seed files, cut off anywhere, and hostile inputs (long lines,
-// every byte) keep the properties the fuzzers check, under the address sanitizer.
+// The device fuzz drivers' seeds cut off anywhere, and hostile lines, keep the fuzzers' properties.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -15,7 +14,6 @@ namespace {
 const std::filesystem::path kCorpus =
     std::filesystem::path(VELMORA_TEST_DATA_DIR) / ".." / ".." / "fuzz" / "corpus";
 
-// Every seed of both targets, by name.
 std::vector<std::pair<std::string, std::string>> AllSeeds() {
     std::vector<std::pair<std::string, std::string>> seeds;
     for (const char* target : {"fuzz-ucb-line", "fuzz-star-diamond-line"}) {
@@ -26,8 +24,7 @@ std::vector<std::pair<std::string, std::string>> AllSeeds() {
     return seeds;
 }
 
-// Every seed cut after each of its bytes, and every seed through the other driver too: a
-// conversation broken off anywhere keeps the properties.
+// Every seed, through both drivers, cut after each of its bytes.
 TEST(DeviceFuzzDrivers, CutOffConversationsKeepTheProperties) {
     for (const auto& [name, bytes] : AllSeeds()) {
         for (std::size_t length = 0; length <= bytes.size(); ++length) {

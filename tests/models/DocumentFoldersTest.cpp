@@ -1,5 +1,5 @@
 // The document list's folders and rows over an in-memory file system: which folders the search
-// finds and how deep, which rows a folder shows, the start folder and the size texts.
+// finds and how deep, and which rows a folder shows.
 #include "models/DocumentFolders.h"
 
 #include <gtest/gtest.h>
@@ -64,49 +64,6 @@ TEST_F(DocumentFoldersTest, AllFoldersListsMatchingFilesDownToTheDepthLimitOrOne
     list.Choose(5);
     EXPECT_EQ(list.Folder(), u"");
     EXPECT_EQ(list.Rows().size(), 5u);
-}
-
-TEST_F(DocumentFoldersTest, StartFolderMustExistAndJoinsTheChooserWhenTheSearchMissedIt) {
-    const struct {
-        const char* start;
-        std::u16string shown;  // the folder shown, "" for all folders
-        int chosen;            // its chooser entry
-    } cases[] = {
-        {"top/docs/club/", P("top/docs/club/"), 2},
-        {"top/other", P("top/other/"), 5},  // outside the root: added after the others
-        {"top/missing", u"", 0},
-        {"top/docs/a.pgn", u"", 0},  // a file
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.start);
-        DocumentFolders started(files, P("top/docs"), u"*.pgn");
-        started.StartIn(P(c.start));
-        started.Refresh();
-        EXPECT_EQ(started.Folder(), c.shown);
-        EXPECT_EQ(started.ChosenEntry(), c.chosen);
-        EXPECT_EQ(started.Folders().size(), c.chosen == 5 ? 5u : 4u);
-    }
-}
-
-TEST_F(DocumentFoldersTest, OneSearchStopsAtTheFileLimit) {
-    test::MemoryFileSystem many;
-    for (std::size_t i = 0; i <= DocumentFolders::kMaxFiles; ++i)
-        many.files[P("docs/" + std::to_string(i) + ".pgn")] = "";
-    many.files[P("docs/sub/late.pgn")] = "";
-    DocumentFolders full(many, P("docs"), u"*.pgn");
-    full.Refresh();
-    EXPECT_EQ(full.Rows().size(), DocumentFolders::kMaxFiles);
-    // The subfolder is searched after the limit was reached: it holds nothing that was listed.
-    EXPECT_EQ(full.Folders(), std::vector<std::u16string>{P("docs/")});
-}
-
-TEST(DocumentFolderSizes, BytesKilobytesRoundedUpAndMegabytesWithATenthCutOff) {
-    const std::pair<std::int64_t, const char16_t*> cases[] = {{1023, u"1023 B"},
-                                                              {1025, u"2 KB"},
-                                                              {1024 * 1024 - 1, u"1024 KB"},
-                                                              {10 * 1024 * 1024 - 1, u"9.9 MB"}};
-    for (const auto& [bytes, text] : cases)
-        EXPECT_EQ(DocumentFolders::SizeText(bytes), text) << bytes;
 }
 
 }  // namespace

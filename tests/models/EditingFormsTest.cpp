@@ -1,17 +1,13 @@
-// The plain classes behind the editing dialogs: header fields, tag rows, save targets and the
-// material count.
+// The plain classes behind the editing dialogs: header fields, tag rows and save targets.
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "PgnTestSupport.h"
-#include "core/PositionText.h"
 #include "game/Game.h"
 #include "game/PgnSave.h"
 #include "models/GameHeadersForm.h"
-#include "models/MaterialBalance.h"
 #include "models/SaveTargets.h"
 #include "models/Settings.h"
 #include "models/TagEditor.h"
@@ -135,28 +131,6 @@ TEST(SaveTargets, RecentFilesNewestFirstAtMostFive) {
     EXPECT_EQ(RecentTargetPath(recent, 5), u"");  // the list holds b.pgn, but has no button for it
     EXPECT_EQ(WithoutDoubleBackslash(u"\\\\server\\games.pgn"), u"\\server\\games.pgn");
     EXPECT_EQ(WithoutDoubleBackslash(u"x\\\\y.pgn"), u"x\\\\y.pgn");
-}
-
-// A promoted pawn counts as taken, and a second queen leaves no queen missing.
-TEST(MaterialBalance, OnTheBoardAndTakenAgainstTheInitialSet) {
-    constexpr PieceCounts kSet = {0, 8, 2, 2, 2, 1, 1};
-    const struct {
-        const char* board;
-        PieceCounts onBoard[2], taken[2];
-    } cases[] = {{"Q2qk3/1ppp4/8/8/8/8/PPPPPP2/1N1QK3 w - - 0 1",
-                  {{0, 6, 0, 1, 0, 2, 1}, {0, 3, 0, 0, 0, 1, 1}},
-                  {{0, 2, 2, 1, 2, 0, 0}, {0, 5, 2, 2, 2, 0, 0}}},
-                 {"8/8/8/8/8/8/8/8 w - - 0 1", {}, {kSet, kSet}}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.board);
-        PositionValue position;
-        ASSERT_TRUE(ReadPositionText(U(c.board).c_str(), &position));
-        const MaterialBalance balance = CountMaterial(position);
-        for (int side = 0; side < 2; ++side) {
-            EXPECT_EQ(balance.onBoard[side], c.onBoard[side]) << "side " << side;
-            EXPECT_EQ(balance.taken[side], c.taken[side]) << "side " << side;
-        }
-    }
 }
 
 }  // namespace

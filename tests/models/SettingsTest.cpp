@@ -1,5 +1,5 @@
-// The user's settings and recent-name lists over a store in memory, and the ".pgn" association:
-// its values, the comparison with the store, and the start-up check.
+// The user's settings and recent-name lists over a store in memory, and the ".pgn" association
+// check at start-up.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -23,12 +23,10 @@ std::u16string Names(const RecentList& list) {
     return joined;
 }
 
-TEST(Settings, FirstRunKeepsTheDefaultsAndSavedValuesComeBack) {
+TEST(Settings, FirstRunFindsNothingAndSavedValuesComeBack) {
     MemorySettingsStore store;
     Settings saved;
     EXPECT_FALSE(saved.Load(store));
-    EXPECT_EQ(saved.checkAssoc, 1u);
-    EXPECT_TRUE(saved.openIn.IsNull());
 
     saved.blackColor = 0x00336699;
     saved.checkAssoc = 0;
@@ -64,30 +62,9 @@ TEST(Settings, RecentListsLoadUpToTheirCapacityAndKeepTheNewestLast) {
 
     settings.recentFiles.Add(u"GAME2.pgn");  // case matters: a new name, and the oldest goes
     EXPECT_EQ(Names(settings.recentFiles), u"game1.pgn,game2.pgn,game3.pgn,game4.pgn,GAME2.pgn");
-
-    // A list stops at the first missing number.
-    RegistryKey players(store);
-    ASSERT_TRUE(players.Open(StoreRoot::CurrentUser,
-                             std::u16string(Settings::kKeyPath) + u"\\Players", true));
-    players.SetString(u"0", u"Anand");
-    players.SetString(u"2", u"Carlsen");
-    settings.Load(store);
-    EXPECT_EQ(Names(settings.recentPlayers), u"Anand");
 }
 
 const std::u16string kPath = u"C:\\Program Files\\Velmora\\Velmora20.exe";
-
-// Writes the three default values of an association by hand; a null value is left out.
-void WriteAssociation(MemorySettingsStore& store, const char16_t* className, const char16_t* icon,
-                      const char16_t* command) {
-    RegistryKey key(store);
-    key.Open(StoreRoot::ClassesRoot, u".pgn", true);
-    if (className) key.SetDefaultString(className);
-    key.Open(StoreRoot::ClassesRoot, u"pgnfile\\DefaultIcon", true);
-    if (icon) key.SetDefaultString(icon);
-    key.Open(StoreRoot::ClassesRoot, u"pgnfile\\Shell\\Open\\Command", true);
-    if (command) key.SetDefaultString(command);
-}
 
 std::u16string DefaultValue(MemorySettingsStore& store, const std::u16string& path) {
     RegistryKey key(store);
@@ -109,30 +86,6 @@ struct Asker {
         };
     }
 };
-
-TEST(FileAssociation, IsAssociatedOnlyWhenAllThreeValuesMatch) {
-    const std::u16string icon = AssociationIconValue(kPath);
-    const std::u16string command = AssociationCommandValue(kPath);
-    // Case-folded copies of the right values, as someone could have typed them by hand.
-    const std::u16string upperIcon = u"C:\\PROGRAM FILES\\VELMORA\\VELMORA20.EXE,0";
-    const std::u16string lowerCommand = u"\"c:\\program files\\velmora\\velmora20.exe\" %1";
-    const std::u16string unquoted = kPath + u" %1";
-    const struct {
-        const char16_t *className, *icon, *command;
-        bool associated;
-    } cases[] = {
-        {u"pgnfile", icon.c_str(), command.c_str(), true},
-        {u"PgnFile", upperIcon.c_str(), lowerCommand.c_str(), true},
-        {u"pgnfile2", icon.c_str(), command.c_str(), false},
-        {u"pgnfile", kPath.c_str(), command.c_str(), false},  // icon without ",0"
-        {u"pgnfile", icon.c_str(), unquoted.c_str(), false},
-    };
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
-        MemorySettingsStore store;
-        WriteAssociation(store, cases[i].className, cases[i].icon, cases[i].command);
-        EXPECT_EQ(IsAssociated(store, icon, command), cases[i].associated) << "case " << i;
-    }
-}
 
 TEST(FileAssociation, CheckWritesOnYesAndAsksAgainAfterNo) {
     MemorySettingsStore store;
@@ -173,12 +126,6 @@ TEST(FileAssociation, LoadChecksBeforeReadingCheckAssoc) {
     EXPECT_EQ(settings.checkAssoc, 0u);
     EXPECT_EQ(DefaultValue(store, u"pgnfile\\Shell\\Open\\Command"),
               AssociationCommandValue(platform::ProgramPath()));
-
-    // Once loaded, checkAssoc holds the stored 0 and a check of its own does nothing.
-    MemorySettingsStore fresh;
-    settings.CheckAssociation(fresh);
-    EXPECT_EQ(yes.asked, 1);
-    EXPECT_FALSE(fresh.KeyExists(StoreRoot::ClassesRoot, u".pgn"));
 }
 
 }  // namespace

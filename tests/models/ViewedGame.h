@@ -1,5 +1,4 @@
-// A game with two recording views, for the tests of what adds moves to a game from outside
-// (taps on the board, an electronic board): where the move went and what each view was told.
+// A game with two recording views, for the tests of what adds moves to a game from outside.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -60,8 +60,7 @@ struct MemoryFile final : platform::File {
     std::size_t position = 0;
 };
 
-// Files by path. An open file is a copy of the stored bytes: what is written to it stays with
-// that open file, which is all that readers (loading, scanning) need.
+// Files by path. An open file is a copy of the stored bytes; writes to it are not stored back.
 struct MemoryFileSystem final : platform::FileSystem {
     std::unique_ptr<platform::File> Open(const std::u16string& path, platform::OpenMode mode,
                                          platform::ErrorCode* error) override {

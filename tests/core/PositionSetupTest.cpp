@@ -1,4 +1,4 @@
-// The board editor: taps, the controls a copied board shows, and the checks of a set-up board.
+// The board editor: the controls a copied board shows, and the checks of a set-up board.
 #include "core/PositionSetup.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +7,6 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <utility>
 
 #include "tests/core/TestBoards.h"
 
@@ -26,20 +25,6 @@ std::array<bool, 4> Boxes(const std::string& letters) {
 std::array<bool, 4> FlagsOf(const PositionValue& board) {
     return {board.castleWhiteKing != 0, board.castleWhiteQueen != 0, board.castleBlackKing != 0,
             board.castleBlackQueen != 0};
-}
-
-TEST(PositionSetup, TapPutsThePieceAndTheSamePieceTappedAgainEmptiesTheSquare) {
-    PositionValue board = PositionValue::Empty();
-    // Each piece tapped on e1, with what e1 holds after the tap.
-    const std::pair<PieceCode, PieceCode> taps[] = {
-        {kKing, kKing}, {kKing, 0}, {kKnight, kKnight}, {kBlack + kKing, kBlack + kKing}};
-    for (const auto& [piece, after] : taps) {
-        TapSetupSquare(board, Sq("e1"), piece);
-        EXPECT_EQ(board.At(Sq("e1")), after);
-    }
-    TapSetupSquare(board, Sq("e8"), kKing);
-    // The validation finds the kings placed by taps.
-    EXPECT_TRUE(ValidateSetup(board, SetupChoices{}).accepted);
 }
 
 // Each board is validated with the boxes given, over castle flags "KQ" written earlier: the

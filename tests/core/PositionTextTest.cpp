@@ -23,8 +23,6 @@ TEST(PositionText, FieldsReadAndWrittenBack) {
     EXPECT_TRUE(initial.HasStandardSquares());
     const std::tuple<const char*, Colour, int, const char*> cases[] = {
         {testing::kStartText, kWhite, 0, testing::kStartText},
-        {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 b Qk - 0 35", kBlack, 35,
-         "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 b Qk - 0 35"},
         {"r3k3/8/8/8/8/8/8/4K2R w Kq - 0 12", kWhite, 11, "r3k3/8/8/8/8/8/8/4K2R w Kq - 0 12"},
         // Intended: the half-move clock is always written as zero.
         {"4k3/8/8/8/8/8/8/4K3 w - - 17 40", kWhite, 39, "4k3/8/8/8/8/8/8/4K3 w - - 0 40"},

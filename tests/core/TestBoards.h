@@ -82,12 +82,11 @@ inline std::vector<std::vector<std::string>> Cases(const std::string& list) {
     return cases;
 }
 
-// Moves these rules accept that chess forbids.
+// Moves these rules accept that chess forbids: a pawn double step over an occupied square, or
+// castling without the rook in its corner or across a square an enemy pawn attacks diagonally.
 enum Objection { kNone = 0, kStepsOverPiece = 1, kCastlesIllegally = 2 };
 
-// Names why chess would refuse a move these rules accept: a pawn double step over an occupied
-// square, or castling without the rook in its corner or across a square an enemy pawn attacks
-// diagonally.
+// Names why chess would refuse a move these rules accept.
 inline int ChessObjection(const PositionValue& position, Square from, Square to) {
     PieceCode code = position.At(from);
     if (TypeOf(code) == kPawn && std::abs(RankOf(to) - RankOf(from)) == 2) {

@@ -11,9 +11,8 @@ namespace velmora {
 namespace {
 
 // Every PGN file of tests/data, loaded and scanned from memory as the PGN fuzzers do, gives the
-// games, offsets and load results that the real file system gives, at any read-ahead size, and
-// the rows the game list keeps; and checking each game without building it gives the code and
-// message that loading it gives.
+// games, offsets and load results the real file system gives; and checking each game without
+// building it gives the code and message that loading it gives.
 TEST(FuzzDrivers, MemoryFilesLoadAndScanAsRealFiles) {
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(VELMORA_TEST_DATA_DIR)) {
@@ -43,26 +42,6 @@ TEST(FuzzDrivers, MemoryFilesLoadAndScanAsRealFiles) {
         EXPECT_EQ(run.checkMessages, run.messages);
         const fuzz::ScanRun scan = fuzz::RunScan(bytes, PgnLineReader::kDefaultBlockSize);
         EXPECT_EQ(scan.count, index.Count());
-        // Each row shows what the scanner handed on for its game (but where the next line
-        // starts), so nothing is lost or mixed up in storing: shared texts, lengths, bytes
-        // above 127.
-        std::vector<std::u16string> rows, scanned;
-        for (GameRow row : index) {
-            rows.push_back(platform::Utf8ToWide(std::to_string(row.Offset()) + "|" +
-                                                std::to_string(std::uint32_t(row.Result())) + "|"));
-            for (int field = 0; field < kRowFieldCount; ++field)
-                rows.back() += test::Text(row.Text(static_cast<RowField>(field))) + u"|";
-        }
-        for (std::u16string line : scan.games) {
-            const std::size_t next = line.find(u'|') + 1;
-            scanned.push_back(line.erase(next, line.find(u'|', next) + 1 - next));
-        }
-        EXPECT_EQ(rows, scanned);
-        for (std::uint32_t block : {1u, 7u, 256u}) {
-            const fuzz::ScanRun small = fuzz::RunScan(bytes, block);
-            EXPECT_EQ(small.count, scan.count) << block;
-            EXPECT_EQ(small.games, scan.games) << block;
-        }
     }
     EXPECT_GT(files, 20);
 }

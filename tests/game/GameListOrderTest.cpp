@@ -1,12 +1,10 @@
-// The game list's order: the word-sort text comparison, each column's sort and the cell texts.
+// The game list's order: the word-sort text comparison and each column's sort.
 #include "game/GameListOrder.h"
 
 #include <gtest/gtest.h>
 
 #include "game/GameIndex.h"
 
-#include <climits>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -41,27 +39,6 @@ TEST(GameListOrder, TextComparisonFollowsTheWordSort) {
         EXPECT_EQ(CompareTextLikeLstrcmp(c.a, c.b), c.expected)
             << std::string(c.a.begin(), c.a.end()) << " / " << std::string(c.b.begin(), c.b.end());
         EXPECT_EQ(CompareTextLikeLstrcmp(c.b, c.a), -c.expected);
-    }
-}
-
-TEST(GameListOrder, RoundIsReadAsADecimalNumber) {
-    const struct {
-        const char16_t* text;
-        int number;
-    } cases[] = {
-        {nullptr, 0},
-        {u"?", 0},
-        {u" 7", 7},
-        {u"3.1", 3},
-        {u"-2", -2},
-        {u"99999999999", INT_MAX},
-        {u"-99999999999", INT_MIN},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(RoundNumber(c.text ? std::u16string_view(c.text) : std::u16string_view()),
-                  c.number)
-            << (c.text ? std::string(c.text, c.text + std::char_traits<char16_t>::length(c.text))
-                       : "<none>");
     }
 }
 
@@ -134,41 +111,9 @@ TEST_F(GameListSorting, EachColumnAscendingAndDescending) {
     for (const auto& c : cases)
         EXPECT_EQ(Sorted(c.key), c.order) << "key " << c.key;
     EXPECT_EQ(CompareRows(games.At(1), games.At(4), 4), 0);  // both "1-0"
-}
-
-// Each column shows its field; the result as its symbol, a missing value as nothing.
-TEST_F(GameListSorting, CellTextsOfTheEightColumns) {
-    const struct {
-        int game;
-        std::vector<std::u16string> cells;
-    } cases[] = {
-        {0,
-         {u"Anand", u"Carlsen", u"\u00BD-\u00BD", u"B90", u"Wch", u"10", u"2013.11.22", u"1. c4"}},
-        {2,
-         {u"\u00C9mile", u"Zoe", u"*", u"A00", u"Open \u20AC", u"?", u"????.??.??", u"(Position)"}},
-        {3, {u"", u"", u"0-1", u"", u"", u"", u"", u""}},
-    };
-    for (const auto& c : cases) {
-        for (int column = 0; column < kGameListColumnCount; ++column)
-            EXPECT_EQ(CellText(games.At(c.game), column), c.cells[column])
-                << "game " << c.game << " column " << column;
-    }
-    EXPECT_EQ(CellText(games.At(0), kGameListColumnCount), u"");
     // Rows added by saving keep a tag with no value apart from an empty one, as a scan does.
     EXPECT_TRUE(games.At(3).Text(RowField::White).IsNull());
     EXPECT_FALSE(games.At(3).Text(RowField::Black).IsNull());
-    GameSummary unset;
-    unset.SetResultCode(-1);
-    games.GameAdded(unset);
-    EXPECT_EQ(CellText(games.At(5), kColumnResult), u"*");
-}
-
-TEST(GameListOrder, TappingAHeaderTwiceFlipsTheOrder) {
-    GameListSort sort;
-    EXPECT_EQ(sort.TapColumn(kColumnRound), 10);
-    EXPECT_EQ(sort.TapColumn(kColumnRound), 11);
-    EXPECT_EQ(sort.TapColumn(kColumnRound), 10);
-    EXPECT_EQ(sort.TapColumn(kColumnResult), 4);  // another column starts ascending
 }
 
 }  // namespace

@@ -69,11 +69,6 @@ class MoveTree : public ::testing::Test {
 TEST_F(MoveTree, LaterMovesBecomeVariationsOneLevelDeeper) {
     EXPECT_EQ(ExpectConsistent(&root), 13);
     ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {g, 1}, {j, 2}, {k, 2}, {h, 1}, {m, 2}, {l, 1}});
-    // Where each variation branches off: the first move of the list its line belongs to.
-    EXPECT_EQ(d->VariationStart(), nullptr);
-    EXPECT_EQ(g->VariationStart(), a);
-    EXPECT_EQ(k->VariationStart(), f);
-    EXPECT_EQ(l->VariationStart(), b);
 }
 
 TEST_F(MoveTree, ReplacingTheFirstAndALaterNode) {
@@ -102,20 +97,15 @@ TEST_F(MoveTree, DeletingAVariationOrAMainLineMove) {
     EXPECT_EQ(ExpectConsistent(&root), 1);
 }
 
+// A variation of the last move of a line (2. Nf3 beside 2. c4 in the 1. d4 line) is printed
+// before the next alternative of the line's first move.
 TEST_F(MoveTree, PreviousInNotationFollowsThePrintedOrder) {
-    MoveNode* printed[] = {a, e, f, j, k, g, h, i, m, b, l, c, d};
+    MoveNode* nf3 = Add(f, "g1f3");
+    MoveNode* printed[] = {a, e, f, j, k, g, nf3, h, i, m, b, l, c, d};
     EXPECT_EQ(a->PreviousInNotation(), nullptr);
     for (size_t n = 1; n < std::size(printed); ++n) {
         EXPECT_EQ(printed[n]->PreviousInNotation(), printed[n - 1]) << "printed move " << n;
     }
-}
-
-// A variation of the last move of a line (2. Nf3 beside 2. c4 in the 1. d4 line) is printed
-// before the next alternative of the line's first move.
-TEST_F(MoveTree, PreviousInNotationLooksIntoVariationsOfAContinuation) {
-    MoveNode* n = Add(f, "g1f3");
-    EXPECT_EQ(n->PreviousInNotation(), g);
-    EXPECT_EQ(h->PreviousInNotation(), n);
 }
 
 // Promoting a main-line move changes nothing. Promoting 1... d5 makes 1. d4 the main line; the
@@ -140,13 +130,6 @@ TEST_F(MoveTree, PromoteLineSwapsTheVariationIn) {
     EXPECT_EQ(ExpectConsistent(&root), 13);
 }
 
-int chooserCalls = 0;
-void* chooserContext = nullptr;
-int Chooser(void* context) {
-    chooserContext = context;
-    return ++chooserCalls == 1 ? kKnight : 0;
-}
-
 // The node of a move played into the tree records what the move did.
 TEST(TreePosition, PlayMoveRecordsTheMoveOnItsNode) {
     Position root;
@@ -166,38 +149,14 @@ TEST(TreePosition, PlayMoveRecordsTheMoveOnItsNode) {
         EXPECT_EQ(taken->PlayMove(from, to, nullptr, 0, nullptr), nullptr);
     EXPECT_EQ(taken->FirstContinuation()->nextAlternative, nullptr);
 
-    // The promotion type comes from the caller, else the chooser with the caller's context,
-    // else the queen.
+    // The promotion type comes from the caller, else (without a chooser, which move entry
+    // tests) the queen: the type on the node and the code on e8.
     Position promotion;
     ASSERT_TRUE(promotion.SetFromText(u"8/4P1k1/8/8/8/8/p7/4K3 w - - 0 1"));
-    auto promote = [&](int type, void* context) {  // the type on the node and the code on e8
-        Position* after = promotion.PlayMove(Sq("e7"), Sq("e8"), nullptr, type, context);
-        return after->ArrivalNode()->promotion * 100 + after->GetSquare(Sq("e8"));
-    };
-    EXPECT_EQ(promote(0, nullptr), 505);
-    int context = 0;
-    SetPromotionChooser(&Chooser);
-    EXPECT_EQ(promote(0, &context), 303);
-    EXPECT_EQ(chooserContext, &context);
-    EXPECT_EQ(promote(kBishop, nullptr), 404);
-    EXPECT_EQ(chooserCalls, 1);
-    EXPECT_EQ(promote(0, nullptr), 505);  // the chooser gave 0
-    SetPromotionChooser(nullptr);
-}
-
-// SAN read into the tree finds a move already there instead of adding it again; a new move
-// becomes a variation; a move that cannot be played adds nothing and says why.
-TEST(TreePosition, ReadSanReusesContinuations) {
-    Position root;
-    SanStatus status = SanStatus::Ok;
-    Position* e4 = ReadSan(&root, "e4");
-    EXPECT_EQ(ReadSan(&root, u"e4", &status), e4);
-    EXPECT_EQ(status, SanStatus::Ok);
-    Position* d4 = ReadSan(&root, "d4");
-    EXPECT_TRUE(d4 != e4 && d4->ArrivalNode()->IsVariation());
-    EXPECT_EQ(ReadSan(&root, "Nf6", &status), nullptr);
-    EXPECT_EQ(status, SanStatus::NoSuchMove);
-    EXPECT_EQ(root.FirstContinuation()->nextAlternative->nextAlternative, nullptr);
+    for (const auto& [type, expected] : {std::pair{0, 505}, {kBishop, 404}}) {
+        Position* after = promotion.PlayMove(Sq("e7"), Sq("e8"), nullptr, type, nullptr);
+        EXPECT_EQ(after->ArrivalNode()->promotion * 100 + after->GetSquare(Sq("e8")), expected);
+    }
 }
 
 // A long game is freed without deep recursion (the native build checks for leaks).

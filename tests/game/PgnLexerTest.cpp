@@ -7,11 +7,9 @@
 namespace velmora {
 namespace {
 
-// The tokens of bytes: "N:" move number, "M:" move, "U:" unknown, "_"
-// whitespace, a Nag's text, "End" and a glyph's text, "{" and the comment's
-// text then "}" (or why it was not read), ")",
-// "(" or ";". The last token is asked for again, and " then " and the answer
-// follow when it differs.
+// The tokens of bytes: "N:" move number, "M:" move, "U:" unknown, "_" whitespace, a Nag's text,
+// "End" and a glyph's text, "{" and the comment's text then "}" (or why it was not read), ")",
+// "(" or ";". The last token is asked again; " then " and the answer follow when it differs.
 std::string Lex(const std::string& bytes) {
     auto describe = [](TokenKind kind, const char16_t* text) {
         const char* names[] = {"{", "", ";", "(", ")", "N:", "M:", "End", "U:", "_", ""};
@@ -56,8 +54,7 @@ TEST(PgnLexer, SplitsMoveTextIntoTokens) {
         {"1. e4 e5 2. Nf3 12...Nf6 *", "N:1. _ M:e4 _ M:e5 _ N:2. _ M:Nf3 _ N:12... M:Nf6 _ End"},
         {"O-O-O 0-0-0 0-0 O-O *", "M:O-O-O _ M:0-0-0 _ M:0-0 _ M:O-O _ End"},
         {"e4!!! e5", "M:e4 End$3"},
-        // Intended: only "-0" right after a glyph's first character continues it,
-        // as a move.
+        // Intended: only "-0" right after a glyph's first character continues it, as a move.
         {"?-0 e4", "M:?-0 _ M:e4 _ End"},
         {"10.\r\nexd8=Q+ Nbxc3#\t\t e5 *", "N:10. _ M:exd8=Q+ _ M:Nbxc3# _ M:e5 _ End"},
         // Intended: dots standing apart from their number come out as whitespace.

@@ -108,9 +108,8 @@ TEST_F(SaveCheck, OnlyAChangeOfTheGamesOwnTextStopsTheSaveInPlace) {
     }
 }
 
-// Yes: the window chooses another file and the game is appended there, which becomes its
-// file; the changed file is not written. A cancelled choice saves nothing and says nothing.
-// Each save takes a new fingerprint, so the next one goes ahead in place without a question.
+// Yes: the game is appended to the file the window chooses, which becomes its file; the changed
+// file is not written, a cancelled choice saves nothing, and the next save goes ahead in place.
 TEST_F(SaveCheck, AChangedFileAnsweredYesSavesTheGameInTheChosenFile) {
     const std::string changed = kGame1 + "\r\n" + kGame2 + kGame3;
     test::WriteBytes(path, changed);

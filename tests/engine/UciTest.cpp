@@ -31,7 +31,6 @@ TEST(EngineUci, ReadsGoParameters) {
         {"go nodes 123456789012", true, 0, 0, 123456789012ULL, false},
         {"go infinite", true, 0, 0, 0, true},
         {"go ponder depth 3 searchmoves e2e4", true, 3, 0, 0, false},  // unknown words skipped
-        {"go depth", false, 0, 0, 0, false},
         {"go movetime soon", false, 0, 0, 0, false},
     };
     for (const Case& test : kCases) {
@@ -79,7 +78,6 @@ TEST_F(UciConversation, OffersHashAndSetsPositionsAndOptions) {
 
     EXPECT_TRUE(Say("setoption name Hash value 2").empty());
     EXPECT_EQ(engine_.HashMegabytes(), 2);
-    EXPECT_EQ(Say("setoption name Ponder value true").size(), 1u);  // not offered: says so
 }
 
 TEST_F(UciConversation, StalemateGivesTheEmptyMoveAndQuitEnds) {

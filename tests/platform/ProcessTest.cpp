@@ -17,8 +17,7 @@ TEST(Process, SplitsArgumentTexts) {
     };
     const Case kCases[] = {
         {u"", {}},
-        {u"  --uci  ", {u"--uci"}},
-        {u"a b\tc", {u"a", u"b", u"c"}},
+        {u"  a b\tc  ", {u"a", u"b", u"c"}},
         {u"\"C:\\Program Files\\e.script\" log.txt", {u"C:\\Program Files\\e.script", u"log.txt"}},
         {u"x\"y z\"w \"\"", {u"xy zw", u""}},
     };

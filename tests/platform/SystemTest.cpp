@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 #include "platform/CodePage.h"
 #include "platform/File.h"
@@ -27,12 +26,8 @@ TEST(SystemError, SystemTextOrElseTheCode) {
     EXPECT_EQ(ErrorTextOrCode(notFound), SystemErrorText(notFound));
 
     // Codes without a text; the number keeps its leading zeros and stays unsigned.
-    const std::pair<ErrorCode, std::u16string> unknown[] = {{0x00ABCDEF, u"Err 0x00ABCDEF"},
-                                                            {0xFFFFFFFF, u"Err 0xFFFFFFFF"}};
-    for (const auto& [code, text] : unknown) {
-        EXPECT_EQ(SystemErrorText(code), u"");
-        EXPECT_EQ(ErrorTextOrCode(code), text);
-    }
+    EXPECT_EQ(ErrorTextOrCode(0x00ABCDEF), u"Err 0x00ABCDEF");
+    EXPECT_EQ(ErrorTextOrCode(0xFFFFFFFF), u"Err 0xFFFFFFFF");
 }
 
 }  // namespace

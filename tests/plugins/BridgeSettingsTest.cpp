@@ -42,7 +42,6 @@ TEST(BridgeSettings, ReadsTheIniText) {
     };
     const Case kCases[] = {
         {"Program=engine\nHandshakeTimeout=soon", true},  // no section needed
-        {"Program=engine\nHandshakeTimeout=-5", true},
         {"Program=\nArguments=x", false},
         {"[Options]\nProgram=engine", false},
         {"", false},

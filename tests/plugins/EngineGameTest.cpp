@@ -1,7 +1,5 @@
 // The game an engine library keeps: turns, moves, positions as FEN, the limits of a search for
-// each kind of level, the texts shown, and the end of a game. Turns at the start, the default
-// level, 1 s per move, 5 minutes + 3 s, checkmate and scores as the bridge sends them are
-// checked through the library (UciBridgeEngineTest).
+// each kind of level and the texts shown. The end of a game is checked through the library.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -12,14 +10,11 @@
 namespace velmora::plugin {
 namespace {
 
-constexpr char16_t kStalemate[] = u"k7/8/1QK5/8/8/8/8/8 b - - 0 1";
 constexpr char16_t kBlackToMove[] = u"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1";
 
 // The engine's turn comes from the text; an unreadable text leaves the game as it was.
 TEST(EngineGame, TakesTheTurnFromTheTextAndKeepsThePositionOnAnUnreadableOne) {
     EngineGame game;
-    ASSERT_TRUE(game.Start(true, true, kBlackToMove));
-    EXPECT_FALSE(game.EngineToMove());  // an analysis never waits for the engine's move
     ASSERT_TRUE(game.Start(true, false, kBlackToMove));
     EXPECT_TRUE(game.EngineToMove());
     ASSERT_TRUE(game.PlayMove(u"e7e5"));
@@ -123,28 +118,6 @@ TEST(EngineGame, WritesTheLineInSan) {
         EngineGame game;
         ASSERT_TRUE(game.Start(true, false, test.position));
         EXPECT_EQ(game.SanLine(test.line, test.maxLength), test.text);
-    }
-}
-
-TEST(EngineGame, TellsCheckmateAndStalemate) {
-    struct Case {
-        const char16_t* position;
-        bool over;
-        std::u16string caption, text;
-    };
-    const Case kCases[] = {
-        {nullptr, false, u"", u""},
-        {u"R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 0 1", true, u"1-0", u"Checkmate"},
-        {kStalemate, true, u"1/2-1/2", u"Stalemate"},
-    };
-    for (const Case& test : kCases) {
-        EngineGame game;
-        ASSERT_TRUE(game.Start(true, false, test.position));
-        GameOverTexts over;
-        ASSERT_EQ(game.GameOver(&over), test.over) << test.text.size();
-        if (!test.over) continue;
-        EXPECT_EQ(std::u16string(over.caption), test.caption);
-        EXPECT_EQ(std::u16string(over.text), test.text);
     }
 }
 

@@ -21,7 +21,7 @@ inline std::string Narrow(const char16_t* text) {
     return narrow;
 }
 
-// Calls come from the library's threads; the test reads them with Calls or waits with WaitFor.
+// Calls come from the library's threads; the test takes them with TakeCalls or waits with WaitFor.
 class RecordingHost final : public HostCallbacks {
   public:
     void MovePlayed(const char16_t* move) override { Record("MovePlayed " + Narrow(move)); }
@@ -56,10 +56,6 @@ class RecordingHost final : public HostCallbacks {
     void SetClock(std::int32_t white, std::int32_t black, std::int32_t movesToGo) {
         std::lock_guard<std::mutex> lock(mutex_);
         std::tie(white_, black_, movesToGo_) = std::tie(white, black, movesToGo);
-    }
-    std::vector<std::string> Calls() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return calls_;
     }
     // Returns and forgets the calls so far.
     std::vector<std::string> TakeCalls() {

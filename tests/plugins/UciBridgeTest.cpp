@@ -10,15 +10,6 @@
 namespace velmora::engine {
 namespace {
 
-// The other "position" and "go" lines are checked through the library (UciBridgeEngineTest).
-TEST(UciBridgeLines, WritesMovesToGoAndZeroIncrements) {
-    SearchLimits control;
-    control.timeMs[0] = 298000;
-    control.timeMs[1] = 300000;
-    control.movesToGo = 17;
-    EXPECT_EQ(GoLine(control), "go wtime 298000 btime 300000 winc 0 binc 0 movestogo 17");
-}
-
 // Writes what a report holds, for comparing in one piece.
 std::string Described(const SearchReport& report) {
     std::string text = "depth " + std::to_string(report.depth) + (report.mate ? " mate " : " cp ") +
@@ -42,11 +33,9 @@ TEST(UciBridgeLines, ReadsInfoLinesOfRealEngines) {
         // Any order; the speed is worked out when the engine does not give it.
         {"info pv d2d4 d7d5 score mate -3 time 40 nodes 1000 depth 7", true,
          "depth 7 mate -3 nodes 1000 nps 25000 time 40 pv d2d4 d7d5"},
-        // Unknown words and their numbers are skipped, and so are the moves of other lines.
+        // Unknown words and their numbers are skipped.
         {"info depth 9 score cp -15 wdl 500 300 200 time 100 nodes 20000 pv g1f3", true,
          "depth 9 cp -15 nodes 20000 nps 200000 time 100 pv g1f3"},
-        {"info depth 3 score cp 8 refutation d1h5 g6h5 time 2 nodes 300 pv b1c3", true,
-         "depth 3 cp 8 nodes 300 nps 150000 time 2 pv b1c3"},
         {"info depth 14 currmove e2e4 currmovenumber 1", false,
          "depth 14 cp 0 nodes 0 nps 0 time 0 pv"},
         // Free text, the other lines of a multi-line search and other commands change nothing.

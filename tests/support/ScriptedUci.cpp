@@ -41,13 +41,9 @@ bool Matches(const std::string& pattern, const std::string& line) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
-        std::fprintf(stderr, "usage: velmora-uci-script SCRIPT [LOG]\n");
-        return 2;
-    }
-    std::ifstream script(argv[1]);
+    std::ifstream script(argc > 1 ? argv[1] : "");
     if (!script) {
-        std::fprintf(stderr, "velmora-uci-script: cannot read %s\n", argv[1]);
+        std::fprintf(stderr, "usage: velmora-uci-script SCRIPT [LOG], with a script it can read\n");
         return 2;
     }
     if (argc > 2) {

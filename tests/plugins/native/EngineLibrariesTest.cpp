@@ -53,7 +53,7 @@ TEST_F(BridgeOverProcess, PlaysAMoveAndSeesTheProgramKilled) {
     engine->SetAnalysis(0);
     engine->PlayMove(u"e2e4");
     ASSERT_TRUE(host_.WaitFor("MovePlayed", 5000));
-    EXPECT_EQ(host_.Calls().back(), "MovePlayed e7e5");
+    EXPECT_EQ(host_.TakeCalls().back(), "MovePlayed e7e5");
     std::istringstream log(test::ReadBytes(log_));
     for (const char* line :
          {"\nsetoption name Hash value 4\nsetoption name Move Overhead value 100\n",
@@ -146,7 +146,7 @@ TEST(BuiltLibraries, MoveNowWhenAskedAndPlayAMateInOne) {
         library->Start(0, 0, u"6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1");
         library->Go();
         ASSERT_TRUE(library.host_.WaitFor("MovePlayed", 5000));
-        const std::vector<std::string> calls = library.host_.Calls();
+        const std::vector<std::string> calls = library.host_.TakeCalls();
         EXPECT_EQ(calls.back(), "MovePlayed a1a8");
         EXPECT_NE(calls[calls.size() - 2].find(" #1 | 1. Ra8+"), std::string::npos)
             << calls[calls.size() - 2];

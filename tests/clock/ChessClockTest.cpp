@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <map>
+#include <tuple>
 
 namespace velmora {
 namespace {
@@ -116,6 +117,19 @@ TEST(ChessClock, TimeRunningOutAndTimePerMove) {
     perMove.Move(10);
     perMove.Move(75);
     EXPECT_EQ(perMove.clock.Remaining(kClockBlack), 60);
+}
+
+// The normal face is the large face's two texts joined; minutes grow past their width.
+TEST(ChessClock, TextsOfBothModes) {
+    const std::tuple<std::int32_t, int, const char16_t*> rows[] = {
+        {60, 1, u"00:01/000:59"}, {60000, 0, u"00:00/1000:00"}, {7000, 6000, u"100:00/016:40"}};
+    for (const auto& [timePerMove, seconds, shown] : rows) {
+        ClockGame game({timePerMove, 0, 0, 0, 0, 0, 0});
+        game.Think(seconds);
+        EXPECT_EQ(game.clock.SideText(kClockWhite), shown);
+        EXPECT_EQ(game.clock.MoveTimeText(kClockWhite) + u"/" + game.clock.TotalText(kClockWhite),
+                  shown);
+    }
 }
 
 // Moves are timed by unsigned differences, so a count passing 2^32 costs nothing extra.

@@ -2,8 +2,10 @@
 // rules accept moves chess forbids, skipping them gives the published count; the rest is by hand.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "core/LegalMoves.h"
 #include "core/MoveRules.h"
@@ -103,8 +105,9 @@ TEST(Perft, ValuesAndTreeMeetThePublishedCounts) {
 }
 
 // The list's contents are held to the tree's PlayMove by the counts above. Here: the list is
-// cleared first, and is empty exactly when the game has ended, by mate or stalemate.
-TEST(LegalMoves, TheEndOfTheGame) {
+// cleared first, comes in the fixed order of from, to and promotion type, and is empty exactly
+// when the game has ended, by mate or stalemate.
+TEST(LegalMoves, FixedOrderAndTheEndOfTheGame) {
     const struct {
         const char* text;
         int count;
@@ -122,6 +125,11 @@ TEST(LegalMoves, TheEndOfTheGame) {
         moves.Add({});
         LegalMoves(position, &moves);
         EXPECT_EQ(moves.Size(), c.count) << c.text;
+        const auto outOfOrder = [](const Move& a, const Move& b) {
+            return std::tie(a.from, a.to, a.promotion) >= std::tie(b.from, b.to, b.promotion);
+        };
+        EXPECT_EQ(std::adjacent_find(moves.begin(), moves.end(), outOfOrder), moves.end())
+            << c.text;
         EXPECT_EQ(HasLegalMove(position), c.end == GameEnd::None) << c.text;
         EXPECT_EQ(GameEndOf(position), c.end) << c.text;
     }

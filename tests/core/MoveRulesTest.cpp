@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <vector>
+
+#include "core/LegalMoves.h"
 #include "tests/core/TestBoards.h"
 
 namespace velmora {
@@ -87,6 +91,47 @@ TEST(MoveRules, MovesClearTheCastleFlags) {
     PositionValue position = FromText("b3k3/8/8/8/8/8/8/4K2R b K - 0 1");
     EXPECT_EQ(PlayMoves(position, "a8h1 e1g1").effects.castlingKind, 1);
     EXPECT_EQ(position.At(Sq("g1")), kKing);
+}
+
+// What a position value remembers of its kings must never change a verdict. Along random games,
+// now and then with a move of the side not to move or of an empty square (such a move may take a
+// king), the check test and each move's check mark agree with a copy that has forgotten it, and
+// CandidateOrigins finds what testing every square of the forgetful copy finds.
+TEST(MoveRules, KingMemoryAndCandidatesNeverChangeAVerdict) {
+    std::mt19937 random(7);
+    for (int game = 0; game < 200; ++game) {
+        PositionValue position = game % 2 ? FromText(testing::kKiwipete) : PositionValue();
+        for (int ply = 0; ply < 80; ++ply) {
+            PositionValue forgotten = position;
+            forgotten.MutableSquares();
+            const std::string text = testing::TextOf(position);
+            ASSERT_EQ(InCheck(position), InCheck(forgotten)) << text;
+            const auto code = static_cast<PieceCode>(random() % 6 + 1 + random() % 2 * kBlack);
+            const auto to = static_cast<Square>(random() % 64);
+            std::vector<Square> expected, found(64);
+            for (Square from = 0; from < 64; ++from)
+                if (forgotten.At(from) == code && IsLegalMove(forgotten, from, to))
+                    expected.push_back(from);
+            found.resize(CandidateOrigins(position, code, kNoSquare, to, found.data()));
+            ASSERT_EQ(found, expected) << text << " code " << int(code) << " to " << int(to);
+
+            MoveList moves;
+            LegalMoves(position, &moves);
+            Move move = moves.Empty() ? Move{} : moves[random() % moves.Size()];
+            // One ply in six, a piece of the side not to move or an empty square moves instead.
+            const auto odd = static_cast<Square>(random() % 64);
+            const PieceCode oddCode = position.At(odd);
+            const bool tryOdd =
+                random() % 6 == 0 && (!oddCode || ColourOf(oddCode) != position.sideToMove);
+            for (Square target = 0; target < 64 && tryOdd; ++target)
+                if (IsLegalMove(position, odd, target)) move = {odd, target};
+            if (move == Move{}) break;
+            const bool givesCheck = PlayOnValue(position, move).givesCheck;
+            forgotten = position;
+            forgotten.MutableSquares();
+            ASSERT_EQ(givesCheck, InCheck(forgotten)) << testing::TextOf(position);
+        }
+    }
 }
 
 }  // namespace

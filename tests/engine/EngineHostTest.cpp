@@ -156,23 +156,6 @@ struct HostFixture : ::testing::Test {
     Game game;
 };
 
-TEST(EngineHostDiscovery, KeepsTheFirstTwentyFoldersAndNoFiles) {
-    test::MemoryFileSystem files;
-    for (int i = 0; i < 25; ++i) {
-        const std::u16string name = u"E" + platform::Utf8ToWide(std::to_string(100 + i));
-        files.files[u"/p/Engines/" + name + u"/x.dll"] = "";
-    }
-    files.files[u"/p/Engines/a-file.dll"] = "";
-    EngineHost host(u"/p/", files);
-    ASSERT_EQ(host.EngineCount(), 20);
-    EXPECT_EQ(host.Names().front(), u"E100");
-    EXPECT_EQ(host.Names().back(), u"E119");
-    EXPECT_TRUE(host.IsAlive()) << "no engine counts as alive";
-
-    EngineHost none(u"/nowhere/", files);
-    EXPECT_EQ(none.EngineCount(), 0);
-}
-
 TEST_F(HostFixture, OneEngineARunAndTheDialogShowsIt) {
     window.choice.chosen = 1;
     ASSERT_TRUE(Start(true, true));

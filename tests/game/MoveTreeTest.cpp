@@ -69,6 +69,11 @@ class MoveTree : public ::testing::Test {
 TEST_F(MoveTree, LaterMovesBecomeVariationsOneLevelDeeper) {
     EXPECT_EQ(ExpectConsistent(&root), 13);
     ExpectLevels({{a, 0}, {d, 0}, {e, 1}, {g, 1}, {j, 2}, {k, 2}, {h, 1}, {m, 2}, {l, 1}});
+    // Where each variation branches off: the first move of the list its line belongs to.
+    EXPECT_EQ(d->VariationStart(), nullptr);
+    EXPECT_EQ(g->VariationStart(), a);
+    EXPECT_EQ(k->VariationStart(), f);
+    EXPECT_EQ(l->VariationStart(), b);
 }
 
 TEST_F(MoveTree, ReplacingTheFirstAndALaterNode) {

@@ -1,5 +1,4 @@
-// The engine information panel's time text. The other texts, where the cells lie and which font
-// the panel takes are checked by drawing it (tests/win32/ClockAndEngineInfoTest.cpp).
+// The engine information panel's time text, the one whose digits are easy to misread.
 #include "models/EngineInfoTexts.h"
 
 #include <gtest/gtest.h>

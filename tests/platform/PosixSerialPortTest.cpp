@@ -1,5 +1,5 @@
 // The POSIX serial port on a pseudo-terminal held by the test, whose far end stands for the
-// board: the raw bytes both ways, closing, the port's lock and a board that goes away.
+// board: the raw bytes both ways, closing, and a board that goes away.
 #ifndef _WIN32
 
 #include <errno.h>
@@ -10,46 +10,20 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/CodePage.h"
 #include "platform/SerialPort.h"
+#include "tests/platform/ReceivedLines.h"
 
 namespace velmora::platform {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-long long MillisecondsSince(Clock::time_point start) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
-// Lines handed on by a reader, for the test thread to wait for.
-class Lines {
-  public:
-    static void Add(const char* line, void* context) { static_cast<Lines*>(context)->Push(line); }
-    void Push(const std::string& line) {
-        std::lock_guard<std::mutex> lock(mutex_);
-        lines_.push_back(line);
-        changed_.notify_all();
-    }
-    // Waits up to milliseconds until there are count lines; returns all there are.
-    std::vector<std::string> WaitFor(std::size_t count, int milliseconds = 10000) {
-        std::unique_lock<std::mutex> lock(mutex_);
-        changed_.wait_for(lock, std::chrono::milliseconds(milliseconds),
-                          [&] { return lines_.size() >= count; });
-        return lines_;
-    }
-
-  private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<std::string> lines_;
-};
+using test::Clock;
+using test::MillisecondsSince;
+using Lines = test::ReceivedLines;
 
 // A pseudo-terminal held by the test: the far end stands for the board, the port for the program.
 class TestTerminal {
@@ -147,30 +121,6 @@ TEST(PosixSerialPort, HandsOnEveryLineInOrderAndTouchesNoByte) {
     EXPECT_FALSE(port.ReaderRunning());
     EXPECT_EQ(port.ReaderResult(), 0u);
     EXPECT_FALSE(port.Write("late\r\n"));
-}
-
-// Configure sets the line through the terminal settings; a speed it cannot take is refused.
-TEST(PosixSerialPort, OpensOnePortOnceAndConfiguresIt) {
-    TestTerminal terminal;
-    SerialPort first, second;
-    ASSERT_TRUE(first.Open(terminal.Port().c_str()));
-    unsigned long error = 0;
-    EXPECT_FALSE(second.Open(terminal.Port().c_str(), &error));
-    // The lock refuses it; TIOCEXCL already does for a user without CAP_SYS_ADMIN.
-    EXPECT_TRUE(error == EWOULDBLOCK || error == EBUSY) << error;
-    EXPECT_TRUE(first.Configure(19200, 7, true, 2, 1, 1));
-    EXPECT_FALSE(first.Configure(12345, 8, false, 0, 0, 0));
-    Lines received;
-    ASSERT_TRUE(first.StartReader(Lines::Add, &received));
-    EXPECT_FALSE(first.StartReader(Lines::Add, &received));
-    first.Close(true);
-    first.Close(true);
-    EXPECT_TRUE(second.Open(terminal.Port().c_str(), &error));
-    EXPECT_EQ(error, 0u);
-
-    EXPECT_FALSE(first.Open(u"/nonexistent/port", &error));
-    EXPECT_EQ(error, static_cast<unsigned long>(ENOENT));
-    EXPECT_FALSE(first.StartReader(Lines::Add, &received));
 }
 
 }  // namespace

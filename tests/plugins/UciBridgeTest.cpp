@@ -10,6 +10,16 @@
 namespace velmora::engine {
 namespace {
 
+// Moves to go reaches the engine ("40 moves in 2 hours"); the other "go" lines are checked
+// through the library (UciBridgeEngineTest).
+TEST(UciBridgeLines, WritesMovesToGoAndZeroIncrements) {
+    SearchLimits control;
+    control.timeMs[0] = 298000;
+    control.timeMs[1] = 300000;
+    control.movesToGo = 17;
+    EXPECT_EQ(GoLine(control), "go wtime 298000 btime 300000 winc 0 binc 0 movestogo 17");
+}
+
 // Writes what a report holds, for comparing in one piece.
 std::string Described(const SearchReport& report) {
     std::string text = "depth " + std::to_string(report.depth) + (report.mate ? " mate " : " cp ") +

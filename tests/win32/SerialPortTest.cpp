@@ -5,22 +5,18 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <condition_variable>
 #include <cstdlib>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "platform/SerialPort.h"
+#include "tests/platform/ReceivedLines.h"
 
 namespace velmora::platform {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-long long MillisecondsSince(Clock::time_point start) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
+using test::Clock;
+using test::MillisecondsSince;
 
 // The COM number with-simulators.sh gave a simulator, or 0 without simulators.
 int SimulatorPort(const char* variable) {
@@ -33,29 +29,9 @@ std::u16string PortName(int number) {
     return std::u16string(name.begin(), name.end());
 }
 
-// Lines handed on by the reader, for the test thread to wait for. The board simulator asks "I"
-// until it is answered; those requests are left out.
-class Lines {
-  public:
-    static void Add(const char* line, void* context) {
-        Lines& lines = *static_cast<Lines*>(context);
-        if (std::string(line) == "I") return;
-        std::lock_guard<std::mutex> lock(lines.mutex_);
-        lines.lines_.push_back(line);
-        lines.changed_.notify_all();
-    }
-    // Waits up to milliseconds until there are count lines; returns all there are.
-    std::vector<std::string> WaitFor(std::size_t count, int milliseconds = 20000) {
-        std::unique_lock<std::mutex> lock(mutex_);
-        changed_.wait_for(lock, std::chrono::milliseconds(milliseconds),
-                          [&] { return lines_.size() >= count; });
-        return lines_;
-    }
-
-  private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<std::string> lines_;
+// The board simulator asks "I" until it is answered; those requests are left out.
+struct Lines : test::ReceivedLines {
+    Lines() : ReceivedLines("I") {}
 };
 
 // Returns the processor time this program used while it slept for milliseconds.

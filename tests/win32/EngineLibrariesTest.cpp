@@ -107,7 +107,7 @@ TEST_F(BridgeFolder, RunsTheProgramOverPipesAndSeesItEnd) {
     (*engine_)->SetAnalysis(0);
     (*engine_)->PlayMove(u"e2e4");
     ASSERT_TRUE(host_.WaitFor("MovePlayed", 10000));
-    EXPECT_EQ(host_.Calls().back(), "MovePlayed e7e5");
+    EXPECT_EQ(host_.TakeCalls().back(), "MovePlayed e7e5");
     std::istringstream log(Log());
     std::string word;
     DWORD pid = 0;

@@ -51,7 +51,7 @@ TEST(SearchPosition, MaterialBalance) {
     for (const auto& [text, white, found, impossible] : cases) {
         SearchPosition search(nullptr, white, kFullArmy);
         search.SetFromText(text);
-        EXPECT_EQ(search.found * 10 + search.impossible, found * 10 + impossible)
+        EXPECT_EQ(std::pair(search.found, search.impossible), std::pair(found, impossible))
             << testing::Narrow(text);
     }
 }

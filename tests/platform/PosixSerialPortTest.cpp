@@ -23,7 +23,7 @@ namespace {
 
 using test::Clock;
 using test::MillisecondsSince;
-using Lines = test::ReceivedLines;
+using test::ReceivedLines;
 
 // A pseudo-terminal held by the test: the far end stands for the board, the port for the program.
 class TestTerminal {
@@ -68,9 +68,9 @@ class TestTerminal {
 TEST(PosixSerialPort, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
     TestTerminal terminal;
     SerialPort port;
-    Lines received;
+    ReceivedLines received;
     ASSERT_TRUE(port.Open(terminal.Port().c_str()));
-    ASSERT_TRUE(port.StartReader(Lines::Add, &received));
+    ASSERT_TRUE(port.StartReader(ReceivedLines::Add, &received));
     terminal.Hangup();
     const auto start = Clock::now();
     while (port.ReaderRunning() && MillisecondsSince(start) < 5000)
@@ -86,9 +86,9 @@ TEST(PosixSerialPort, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
 TEST(PosixSerialPort, HandsOnEveryLineInOrderAndTouchesNoByte) {
     TestTerminal terminal;
     SerialPort port;
-    Lines received;
+    ReceivedLines received;
     ASSERT_TRUE(port.Open(terminal.Port().c_str()));
-    ASSERT_TRUE(port.StartReader(Lines::Add, &received));
+    ASSERT_TRUE(port.StartReader(ReceivedLines::Add, &received));
 
     // Many lines in few writes, so that reads end in mid-line. A terminal that is not raw would
     // erase at DEL (\x7f), kill the line at ^U, stop its output at ^S and end input at ^D.

@@ -210,6 +210,7 @@ TEST_F(EditingEndToEnd, AnnotatesAGameSavesItAsANewFileAndAppendsASecond) {
     Command(game, ID_SAVE_AS);
     SaveIntoNewFile(program, saved);
     ASSERT_TRUE(WaitUntil(program, [&] { return !ReadBytes(saved).empty(); })) << "nothing saved";
+    Send(game, WM_NULL, 0, 0);  // answered once the save's command has returned: the file is whole
     const std::string expected =
         "[Event \"Club night\"]\r\n[Site \"?\"]\r\n[Date \"????.??.??\"]\r\n[Round \"?\"]\r\n"
         "[White \"Anna Test\"]\r\n[Black \"Black\"]\r\n[Result \"*\"]\r\n\r\n"
@@ -233,6 +234,7 @@ TEST_F(EditingEndToEnd, AnnotatesAGameSavesItAsANewFileAndAppendsASecond) {
     EXPECT_EQ(WindowText(GetDlgItem(target, 1004)), L"Append to edited.pgn");
     Command(target, 1004);
     ASSERT_TRUE(WaitUntil(program, [&] { return ReadBytes(saved).size() > expected.size(); }));
+    Send(game, WM_NULL, 0, 0);
     EXPECT_EQ(ReadBytes(saved).substr(0, expected.size() + 2), expected + "\r\n")
         << "the first game changed, or the CR LF before the second is missing";
     EXPECT_EQ(ReadBack(saved, 1), "White: d2d4");
@@ -264,6 +266,7 @@ TEST_F(EditingEndToEnd, SavesInPlaceAmongOtherGamesAndNeverOverAnotherProgramsCh
     Command(game, ID_EVAL_WHITE_WINNING);
     Command(game, ID_SAVE);
     ASSERT_TRUE(WaitUntil(program, [&] { return ReadBytes(pgnPath_) != original; }));
+    Send(game, WM_NULL, 0, 0);
     const std::string saved = ReadBytes(pgnPath_);
     EXPECT_EQ(saved.substr(0, second), original.substr(0, second)) << "the first game changed";
     EXPECT_TRUE(saved.ends_with(original.substr(third))) << "the third game changed";

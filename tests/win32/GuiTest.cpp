@@ -7,6 +7,7 @@
 #include "game/PgnParser.h"
 #include "gamewindow/BoardView.h"
 #include "platform/win32/WideText.h"
+#include "resources/resource.h"
 #include "shell/GameListDialog.h"
 #include "ui/DocumentList.h"
 #include "win32/GuiDriver.h"
@@ -71,7 +72,7 @@ TEST_F(GuiTest, GameListSortsByTwoColumnsAndATapChoosesTheGame) {
         EXPECT_EQ(ListViewColumn(list, 0),
                   (std::vector<std::wstring>{L"Dubois, Eve", L"Bernard, Anne", L"Adam, Paul",
                                              L"Carre, Louis"}));
-        SendDlgItemMessageW(window, 1004, BM_CLICK, 0, 0);
+        SendDlgItemMessageW(window, IDC_SHOW_ROUND, BM_CLICK, 0, 0);
         EXPECT_GT(ListView_GetColumnWidth(list, 5), 0) << "the round column is shown";
         // Intended: ascending by result runs from "*" down to "1-0", the reverse of the codes.
         TapGameList(window, list, -1, 2);
@@ -125,10 +126,10 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
         WhenModal([&] {
             HWND chooser = GetLastActivePopup(frame);
             EXPECT_EQ(WindowText(chooser), L"Choose move");
-            SendDlgItemMessageW(chooser, 1010, LB_SETCURSEL, 1, 0);
+            SendDlgItemMessageW(chooser, IDC_MOVE_LIST, LB_SETCURSEL, 1, 0);
             SendMessageW(chooser, WM_COMMAND, IDOK, 0);
         });
-        SendMessageW(window, WM_COMMAND, 32773, 0);
+        SendMessageW(window, WM_COMMAND, ID_NEXT_MOVE, 0);
         MoveNode* afterChoice = game->Current()->ArrivalNode();
         EXPECT_TRUE(afterChoice != nullptr && afterChoice->IsVariation());
         EXPECT_EQ(WindowText(view.CommentPane()), L"The queen's pawn.");
@@ -141,7 +142,7 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
         EXPECT_EQ(GetPixel(screen, a1.x, a1.y), settings->blackColor);
         ReleaseDC(nullptr, screen);
         EXPECT_TRUE(test::SaveWindowShot(window, L"game-window-portrait"));
-        SendMessageW(window, WM_COMMAND, 1062, 0);
+        SendMessageW(window, WM_COMMAND, ID_FLIP_BOARD, 0);
         EXPECT_TRUE(view.Board().Flipped());
 
         pocketpc::SetOrientation(false);
@@ -156,19 +157,18 @@ TEST_F(GameWindowTest, ShowsVariationsAndCommentsAndFollowsTheCommandsInBothOrie
         Repaint(window);
         EXPECT_TRUE(test::SaveWindowShot(window, L"game-window-landscape"));
         pocketpc::SetOrientation(true);
-        // Last move, back, first move, last move from the menu; then from inside the variation
-        // 2. Nf3, "leave variation" goes back to the move the variation stands beside.
-        for (int command : {1063, 32772, 40081, 40082}) {
+        // In the variation 2. Nf3, "leave variation" goes back to the move it stands beside.
+        for (int command : {ID_LAST_MOVE_TOOLBAR, ID_PREVIOUS_MOVE, ID_FIRST_MOVE, ID_LAST_MOVE}) {
             SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
             selected.push_back(SelectedRow(notation));
         }
         TapNotationRow(window, notation, 6);
-        SendMessageW(window, WM_COMMAND, 40040, 0);
+        SendMessageW(window, WM_COMMAND, ID_LEAVE_VARIATION, 0);
         selected.push_back(SelectedRow(notation));
         // Escape must not end the window: that would skip the question about saving.
         SendMessageW(window, WM_COMMAND, IDCANCEL, 0);
         EXPECT_TRUE(IsWindowVisible(window));
-        SendMessageW(window, WM_COMMAND, 40072, 0);  // "Close"
+        SendMessageW(window, WM_COMMAND, ID_CLOSE_GAME, 0);
     });
     EXPECT_TRUE(view.Run(frame, 0));
     EXPECT_EQ(selected,

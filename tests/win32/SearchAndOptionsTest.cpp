@@ -98,7 +98,7 @@ TEST_F(SearchAndOptionsTest, NameSearchListsTheGamesFoundAndOpensTheOneChosen) {
         EXPECT_TRUE(test::SaveWindowShot(list, L"search-results"));
         TapGameList(list, GetDlgItem(list, IDC_GAME_LIST), 1);
     });
-    WhenPopup(HasControl(2000),
+    WhenPopup(HasControl(BoardView::kNotationId),
               [&](HWND board) { SendMessageW(board, WM_COMMAND, ID_CLOSE_GAME, 0); });
     SendMessageW(shown.window, WM_COMMAND, ID_SEARCH, 0);
     EXPECT_TRUE(popupActions.empty());
@@ -251,11 +251,11 @@ TEST_F(SearchAndOptionsTest, OptionsAreStoredOnOkAndKeptInMemoryOnCancel) {
 TEST_F(SearchAndOptionsTest, GameWindowFollowsTheLayoutChosen) {
     Game game;
     BoardView view(game);
-    WhenPopup(HasControl(2000), [&](HWND board) {
-        EXPECT_TRUE(IsWindowVisible(GetDlgItem(board, 2000)));
+    WhenPopup(HasControl(BoardView::kNotationId), [&](HWND board) {
+        EXPECT_TRUE(IsWindowVisible(GetDlgItem(board, BoardView::kNotationId)));
         SendMessageW(board, WM_COMMAND, ID_OPTIONS, 0);
         Repaint(board);
-        EXPECT_FALSE(IsWindowVisible(GetDlgItem(board, 2000)));
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(board, BoardView::kNotationId)));
         EXPECT_TRUE(test::SaveWindowShot(board, L"options-after"));
         SendMessageW(board, WM_COMMAND, ID_CLOSE_GAME, 0);
     });

@@ -17,6 +17,7 @@ namespace {
 
 using test::Clock;
 using test::MillisecondsSince;
+using test::ReceivedLines;
 
 // The COM number with-simulators.sh gave a simulator, or 0 without simulators.
 int SimulatorPort(const char* variable) {
@@ -28,11 +29,6 @@ std::u16string PortName(int number) {
     const std::string name = "COM" + std::to_string(number) + ":";
     return std::u16string(name.begin(), name.end());
 }
-
-// The board simulator asks "I" until it is answered; those requests are left out.
-struct Lines : test::ReceivedLines {
-    Lines() : ReceivedLines("I") {}
-};
 
 // Returns the processor time this program used while it slept for milliseconds.
 double CpuSecondsDuring(DWORD milliseconds) {
@@ -50,12 +46,12 @@ double CpuSecondsDuring(DWORD milliseconds) {
 }
 
 // Opens the port and answers the simulator's "I" requests with the program's hello.
-void Connect(SerialPort& port, int number, Lines& received) {
+void Connect(SerialPort& port, int number, ReceivedLines& received) {
     unsigned long error = 1;
     ASSERT_TRUE(port.Open(PortName(number).c_str(), &error)) << "COM" << number << ": " << error;
     EXPECT_EQ(error, 0u);
     EXPECT_TRUE(port.Configure(9600, 8, false, 0, 0, 0));
-    ASSERT_TRUE(port.StartReader(Lines::Add, &received));
+    ASSERT_TRUE(port.StartReader(ReceivedLines::Add, &received));
     ASSERT_TRUE(port.Write("Velmora 2.1\r\n"));
 }
 
@@ -64,7 +60,7 @@ TEST(SerialPortWine, ExchangesLinesWithTheBoardThenClosesPromptly) {
     if (number == 0)
         GTEST_SKIP() << "needs the board simulator (CTest entry velmora_win32_devices)";
     SerialPort port;
-    Lines received;
+    ReceivedLines received("I");  // the simulator's "I" requests are left out
     Connect(port, number, received);
     EXPECT_EQ(received.WaitFor(3), (std::vector<std::string>{"Me2e4", "Me7e8/Q", "X"}));
     // The board answers only once it has read this line whole.
@@ -94,7 +90,7 @@ TEST(SerialPortWine, ReaderEndsWhenTheBoardVanishesAndWritesFail) {
     if (number == 0)
         GTEST_SKIP() << "needs the board simulator (CTest entry velmora_win32_devices)";
     SerialPort port;
-    Lines received;
+    ReceivedLines received("I");  // the simulator's "I" requests are left out
     Connect(port, number, received);
     EXPECT_EQ(received.WaitFor(1), std::vector<std::string>{"bye"});
     ASSERT_TRUE(port.Write("ack\r\n"));
